@@ -1,0 +1,312 @@
+#include "CliSession.h"
+
+#include "ConfigReader.h"
+#include "ConfigWriter.h"
+#include "Defaults.h"
+#include "PartialFiles.h"
+#include "SettingMapping.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <functional>
+
+namespace {
+
+struct Token
+{
+    QString text;
+    qsizetype end = 0; // position after the token in its line
+};
+
+bool isSpace(QChar c)
+{
+    return c == u' ' || c == u'\t';
+}
+
+// Splits a script line at blanks; a token may be double-quoted to hold blanks.
+QList<Token> tokenize(const QString &line)
+{
+    QList<Token> tokens;
+    qsizetype i = 0;
+    while (true) {
+        while (i < line.size() && isSpace(line[i]))
+            ++i;
+        if (i >= line.size())
+            return tokens;
+        Token t;
+        if (line[i] == u'"') {
+            const qsizetype close = line.indexOf(u'"', i + 1);
+            const qsizetype stop = close < 0 ? line.size() : close;
+            t.text = line.mid(i + 1, stop - i - 1);
+            i = close < 0 ? line.size() : close + 1;
+        } else {
+            const qsizetype start = i;
+            while (i < line.size() && !isSpace(line[i]))
+                ++i;
+            t.text = line.mid(start, i - start);
+        }
+        t.end = i;
+        tokens.append(t);
+    }
+}
+
+// What follows a token: blanks skipped; a wholly quoted rest loses its quotes.
+QString restAfter(const QString &line, const Token &token)
+{
+    QString rest = line.mid(token.end).trimmed();
+    if (rest.size() >= 2 && rest.startsWith(u'"') && rest.endsWith(u'"') && rest.count(u'"') == 2)
+        rest = rest.mid(1, rest.size() - 2);
+    return rest;
+}
+
+// Script text is read byte for byte like a configuration; paths are the system's 8-bit names.
+QString pathOf(const QString &token)
+{
+    return QFile::decodeName(token.toLatin1());
+}
+
+std::optional<int> wholeNumber(const QString &text, int minimum, int maximum)
+{
+    bool ok = false;
+    const int value = text.toInt(&ok);
+    if (!ok || value < minimum || value > maximum || text.startsWith(u'+'))
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+CliSession::CliSession(FILE *out, FILE *err)
+    : m_out(out)
+    , m_err(err)
+{
+    StartUpDocument(m_doc);
+}
+
+QString CliSession::usage()
+{
+    return QStringLiteral(
+        "Usage:\n"
+        "  tarnwick-cli rewrite IN OUT              open IN (whole-file read), then save it as OUT (whole-file write)\n"
+        "  tarnwick-cli export KIND IN OUT          open IN, then export area KIND to OUT\n"
+        "  tarnwick-cli import KIND PART BASE OUT   open BASE, import PART as KIND, then save as OUT\n"
+        "  tarnwick-cli new MODE OUT                New with MODE 0, 1 or 2 (name \"Untitled\"), then save as OUT\n"
+        "  tarnwick-cli script FILE                 run the commands of FILE (\"-\" = standard input), one a line:\n"
+        "      open PATH            whole-file read\n"
+        "      save PATH            whole-file write (Save As)\n"
+        "      export KIND PATH     write area KIND to PATH\n"
+        "      import KIND PATH     read area KIND from PATH\n"
+        "      new MODE [NAME]      new document (name \"Untitled\" when none is given)\n"
+        "      restore              Restore Defaults: the values last read or saved\n"
+        "      set NAME VALUE       setting NAME takes VALUE as if read from a file line\n"
+        "      bind INDEX SLOT KEY  key KEY into slot SLOT (1 or 2) of action INDEX (0-36)\n"
+        "      unbind INDEX SLOT    empty slot SLOT of action INDEX\n"
+        "      print                the whole document, as it would be saved, to standard output\n"
+        "    Blank lines and lines starting with # are skipped. Paths may be double-quoted.\n"
+        "KIND is controls, renderer, hud or railgun (0-3).\n"
+        "MODE is 0 (Keep Control Keys), 1 (New All (Reset to Defaults)) or 2 (New All (Clear)).\n");
+}
+
+int CliSession::fail(const QString &message)
+{
+    const QString where = m_line > 0 ? QStringLiteral("line %1: ").arg(m_line) : QString();
+    std::fprintf(m_err, "tarnwick-cli: %s%s\n", qPrintable(where), message.toLocal8Bit().constData());
+    return Failure;
+}
+
+int CliSession::usageError(const QString &message)
+{
+    fail(message);
+    std::fputs(usage().toLocal8Bit().constData(), m_err);
+    return Usage;
+}
+
+int CliSession::run(const QStringList &args)
+{
+    const QString command = args.value(0);
+    const qsizetype count = args.size();
+    if (command == u"--help" || command == u"-h" || command == u"help") {
+        std::fputs(usage().toLocal8Bit().constData(), m_out);
+        return Success;
+    }
+    const auto chain = [](std::initializer_list<std::function<int()>> steps) {
+        for (const auto &step : steps) {
+            if (const int code = step(); code != Success)
+                return code;
+        }
+        return int(Success);
+    };
+    if (command == u"rewrite" && count == 3)
+        return chain({[&] { return open(args[1]); }, [&] { return save(args[2]); }});
+    if (command == u"export" && count == 4) {
+        if (!PartialFiles::kindFromName(args[1]))
+            return usageError(QStringLiteral("unknown KIND \"%1\"").arg(args[1]));
+        return chain({[&] { return open(args[2]); }, [&] { return exportKind(args[1], args[3]); }});
+    }
+    if (command == u"import" && count == 5) {
+        if (!PartialFiles::kindFromName(args[1]))
+            return usageError(QStringLiteral("unknown KIND \"%1\"").arg(args[1]));
+        return chain({[&] { return open(args[3]); }, [&] { return importKind(args[1], args[2]); },
+                      [&] { return save(args[4]); }});
+    }
+    if (command == u"new" && count == 3)
+        return chain({[&] { return newDocument(args[1], QString()); }, [&] { return save(args[2]); }});
+    if (command == u"script" && count == 2) {
+        QFile file;
+        const bool opened = args[1] == u"-" ? file.open(stdin, QIODevice::ReadOnly)
+                                            : (file.setFileName(args[1]), file.open(QIODevice::ReadOnly));
+        if (!opened || (args[1] != u"-" && !QFileInfo(args[1]).isFile()))
+            return fail(QStringLiteral("cannot read script \"%1\"").arg(args[1]));
+        const QByteArray script = file.readAll();
+        if (file.error() != QFileDevice::NoError)
+            return fail(QStringLiteral("cannot read script \"%1\": %2").arg(args[1], file.errorString()));
+        return runScript(script);
+    }
+    if (command.isEmpty())
+        return usageError(QStringLiteral("no command given"));
+    return usageError(QStringLiteral("wrong arguments for \"%1\"").arg(command));
+}
+
+int CliSession::runScript(const QByteArray &script)
+{
+    const QList<QByteArray> lines = script.split('\n');
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        m_line = int(i + 1);
+        QByteArray bytes = lines[i];
+        if (bytes.endsWith('\r'))
+            bytes.chop(1);
+        const QString line = QString::fromLatin1(bytes);
+        const QString trimmed = line.trimmed();
+        if (trimmed.isEmpty() || trimmed.startsWith(u'#'))
+            continue;
+        if (const int code = runLine(line); code != Success)
+            return code;
+    }
+    m_line = 0;
+    return Success;
+}
+
+int CliSession::runLine(const QString &line)
+{
+    const QList<Token> t = tokenize(line);
+    const QString command = t[0].text;
+    const qsizetype n = t.size();
+    if (command == u"open" && n == 2)
+        return open(pathOf(t[1].text));
+    if (command == u"save" && n == 2)
+        return save(pathOf(t[1].text));
+    if (command == u"export" && n == 3)
+        return exportKind(t[1].text, pathOf(t[2].text));
+    if (command == u"import" && n == 3)
+        return importKind(t[1].text, pathOf(t[2].text));
+    if (command == u"new" && n >= 2)
+        return newDocument(t[1].text, n > 2 ? restAfter(line, t[1]) : QString());
+    if (command == u"restore" && n == 1) {
+        m_doc.ApplySnapshot();
+        return Success;
+    }
+    if (command == u"set" && n >= 2)
+        return set(t[1].text, restAfter(line, t[1]));
+    if (command == u"bind" && n == 4)
+        return bind(t[1].text, t[2].text, t[3].text);
+    if (command == u"unbind" && n == 3)
+        return unbind(t[1].text, t[2].text);
+    if (command == u"print" && n == 1)
+        return print();
+    return usageError(QStringLiteral("wrong script command \"%1\"").arg(line.trimmed()));
+}
+
+int CliSession::open(const QString &path)
+{
+    QString error;
+    return OpenCfgFile(m_doc, path, &error) ? int(Success) : fail(error);
+}
+
+int CliSession::save(const QString &path)
+{
+    QString error;
+    return SaveCfgFileAs(m_doc, path, &error) ? int(Success) : fail(error);
+}
+
+int CliSession::exportKind(const QString &kind, const QString &path)
+{
+    const std::optional<PartialKind> k = PartialFiles::kindFromName(kind);
+    if (!k)
+        return usageError(QStringLiteral("unknown KIND \"%1\"").arg(kind));
+    QString error;
+    return ExportFile(m_doc, path, *k, &error) ? int(Success) : fail(error);
+}
+
+int CliSession::importKind(const QString &kind, const QString &path)
+{
+    const std::optional<PartialKind> k = PartialFiles::kindFromName(kind);
+    if (!k)
+        return usageError(QStringLiteral("unknown KIND \"%1\"").arg(kind));
+    QString error;
+    return ImportFile(m_doc, path, *k, &error) ? int(Success) : fail(error);
+}
+
+int CliSession::newDocument(const QString &mode, const QString &name)
+{
+    const std::optional<int> m = wholeNumber(mode, 0, 2);
+    if (!m)
+        return usageError(QStringLiteral("MODE must be 0, 1 or 2, not \"%1\"").arg(mode));
+    const QString trimmed = name.trimmed();
+    NewCfg(m_doc, trimmed.isEmpty() ? QStringLiteral("Untitled") : trimmed, NewMode(*m));
+    return Success;
+}
+
+int CliSession::set(const QString &name, const QString &value)
+{
+    const SettingCatalog &catalog = SettingCatalog::instance();
+    const int index = catalog.indexOfSetting(name);
+    if (index < 0)
+        return usageError(QStringLiteral("\"%1\" is not a setting Tarnwick reads or writes").arg(name));
+    const SettingRow &row = catalog.row(index);
+    // The value goes the way of a file line: the read rule, then the snapshot's conversion, then the
+    // controls; a value the setting can't take leaves the controls as they are.
+    const QString taken = GetSetaValue(QStringLiteral("seta ") + row.name + u' ' + value, row.name, row.rule);
+    QList<SlotValue> controls = m_doc.values().mid(row.firstSlot, row.count);
+    QList<SlotValue> held(row.count);
+    SettingMapping::controlToSnapshot(row, controls.data(), held.data());
+    if (!taken.isEmpty() && SettingMapping::readIntoSnapshot(row, taken, held.data()))
+        SettingMapping::snapshotToControl(row, held.data(), controls.data());
+    for (int k = 0; k < row.count; ++k) {
+        if (row.isText())
+            m_doc.setText(index, k, controls[k].text);
+        else
+            m_doc.setState(index, k, int(controls[k].number));
+    }
+    m_doc.setModified(true);
+    return Success;
+}
+
+int CliSession::bind(const QString &index, const QString &slot, const QString &key)
+{
+    const std::optional<int> action = wholeNumber(index, 0, ActionTable::Count - 1);
+    const std::optional<int> s = wholeNumber(slot, 1, 2);
+    if (!action || !s || key.isEmpty())
+        return usageError(QStringLiteral("bind takes INDEX 0-36, SLOT 1 or 2 and a KEY"));
+    m_doc.DefineKey(*action, *s == 1 ? KeySlot::First : KeySlot::Second, key);
+    return Success;
+}
+
+int CliSession::unbind(const QString &index, const QString &slot)
+{
+    const std::optional<int> action = wholeNumber(index, 0, ActionTable::Count - 1);
+    const std::optional<int> s = wholeNumber(slot, 1, 2);
+    if (!action || !s)
+        return usageError(QStringLiteral("unbind takes INDEX 0-36 and SLOT 1 or 2"));
+    m_doc.DeleteKey(*action, *s == 1 ? KeySlot::First : KeySlot::Second);
+    return Success;
+}
+
+int CliSession::print()
+{
+    const QByteArray bytes = ConfigWriter::fileBytes(m_doc, FileScope::Whole);
+    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), m_out) != size_t(bytes.size()))
+        return fail(QStringLiteral("could not write to standard output"));
+    std::fflush(m_out);
+    return Success;
+}

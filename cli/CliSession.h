@@ -1,0 +1,44 @@
+// CliSession: tarnwick-cli's commands, run on one document that starts as a freshly started program's.
+#pragma once
+
+#include "ConfigDocument.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <cstdio>
+
+class CliSession
+{
+public:
+    enum Exit { Success = 0, Failure = 1, Usage = 2 };
+
+    CliSession(FILE *out, FILE *err);
+
+    /// Runs a command line (without the program name) and returns the exit code.
+    int run(const QStringList &args);
+    /// Runs the commands of a script, one a line; stops at the first that fails.
+    int runScript(const QByteArray &script);
+
+    static QString usage();
+
+private:
+    int runLine(const QString &line);
+    int open(const QString &path);
+    int save(const QString &path);
+    int exportKind(const QString &kind, const QString &path);
+    int importKind(const QString &kind, const QString &path);
+    int newDocument(const QString &mode, const QString &name);
+    int set(const QString &name, const QString &value);
+    int bind(const QString &index, const QString &slot, const QString &key);
+    int unbind(const QString &index, const QString &slot);
+    int print();
+
+    int fail(const QString &message);
+    int usageError(const QString &message);
+
+    ConfigDocument m_doc;
+    FILE *m_out;
+    FILE *m_err;
+    int m_line = 0; // script line being run, for messages
+};

@@ -1,0 +1,216 @@
+#include "ConfigReader.h"
+
+#include "CfgNumber.h"
+#include "CfgText.h"
+#include "Defaults.h"
+#include "SettingMapping.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+namespace {
+
+// The read rule: `upper` alone caps, `fallback` alone is a lower bound, both together make
+// `fallback` the replacement for anything above `upper`. A value that is not a number always
+// takes the replacement; the number compared is the value's integer rounding.
+QString applyRule(const QString &value, const ReadRule &rule)
+{
+    if (!rule.upper && !rule.fallback)
+        return value;
+    const std::optional<double> n = CfgNumber::parse(value);
+    const double rounded = n ? CfgNumber::roundHalfEven(*n) : 0;
+    if (rule.upper && !rule.fallback)
+        return n && rounded <= *rule.upper ? value : CfgNumber::formatNumber(*rule.upper);
+    if (rule.fallback && !rule.upper)
+        return n && rounded >= *rule.fallback ? value : CfgNumber::formatNumber(*rule.fallback);
+    return n && rounded <= *rule.upper ? value : CfgNumber::formatNumber(*rule.fallback);
+}
+
+// Length of "seta " or "set " at the start of an examined line; 0 for neither.
+qsizetype keywordLength(const QString &examined)
+{
+    if (CfgText::startsWithNoCase(examined, u"seta "))
+        return 5;
+    if (CfgText::startsWithNoCase(examined, u"set "))
+        return 4;
+    return 0;
+}
+
+// Offers a setting line to the catalog. A row takes the line when its name, followed by a blank or
+// the end of the line, comes right after the keyword, its area is in scope, and the value after the
+// read rule is not empty. A taken line whose number is unusable leaves the snapshot as it was.
+bool takeSettingLine(ConfigDocument &doc, const QString &examined, FileScope scope)
+{
+    const qsizetype start = keywordLength(examined);
+    if (start == 0)
+        return false;
+    qsizetype end = examined.indexOf(u' ', start);
+    if (end < 0)
+        end = examined.size();
+    const SettingCatalog &catalog = SettingCatalog::instance();
+    const int index = catalog.indexOfSetting(QStringView(examined).mid(start, end - start));
+    if (index < 0)
+        return false;
+    const SettingRow &row = catalog.row(index);
+    if (!SettingCatalog::inScope(row.area, scope))
+        return false;
+    const QString value = applyRule(CfgText::trimBlanks(QStringView(examined).mid(end)), row.rule);
+    if (value.isEmpty())
+        return false;
+    SettingMapping::readIntoSnapshot(row, value, &doc.snapshotSlot(index));
+    return true;
+}
+
+// Kept lines keep their quotes; only tabs become blanks.
+QString keptForm(QString line)
+{
+    return line.replace(u'\t', u' ');
+}
+
+} // namespace
+
+namespace ConfigReader {
+
+QString backupFailedMessage()
+{
+    return QStringLiteral("Tarnwick wasn't be able to create or/and load backup file.");
+}
+
+QByteArray workingCopy(const QByteArray &fileBytes)
+{
+    QByteArray copy;
+    copy.reserve(fileBytes.size() + fileBytes.size() / 8 + 2);
+    const qsizetype n = fileBytes.size();
+    qsizetype pos = 0;
+    while (pos < n) {
+        // A physical line ends at CR LF or a lone CR; a lone LF stays inside it.
+        qsizetype cr = fileBytes.indexOf('\r', pos);
+        const bool terminated = cr >= 0;
+        if (!terminated)
+            cr = n;
+        qsizetype next = cr + (terminated ? 1 : 0);
+        if (terminated && next < n && fileBytes[next] == '\n')
+            ++next;
+        QByteArrayView line(fileBytes.constData() + pos, cr - pos);
+        // Every line but the file's last loses its comment, even one inside quotes.
+        if (next < n) {
+            if (const qsizetype comment = line.indexOf("//"); comment >= 0)
+                line = line.first(comment);
+        }
+        copy.append("\r\n");
+        for (char c : line) {
+            if (c == '\n')
+                copy.append('\r');
+            copy.append(c);
+        }
+        pos = next;
+    }
+    return copy;
+}
+
+void applyWorkingCopy(ConfigDocument &doc, const QByteArray &copy, FileScope scope)
+{
+    if (scope == FileScope::Whole)
+        NewAllClear(doc);
+    else if (scope == FileScope::Controls)
+        doc.bindingsForUpdate().ClearAllBindings();
+    const bool takesBindings = scope == FileScope::Whole || scope == FileScope::Controls;
+
+    QStringList kept;
+    const qsizetype n = copy.size();
+    qsizetype pos = 0;
+    while (pos < n) {
+        qsizetype end = copy.indexOf("\r\n", pos);
+        if (end < 0)
+            end = n;
+        const QString line = QString::fromLatin1(copy.constData() + pos, end - pos);
+        pos = end + 2;
+        const QString examined = CfgText::examined(line);
+        if (CfgText::startsWithNoCase(examined, u"set")) {
+            if (!takeSettingLine(doc, examined, scope))
+                kept.append(keptForm(line));
+        } else if (takesBindings && CfgText::startsWithNoCase(examined, u"bind")) {
+            doc.bindingsForUpdate().ApplyBindLine(line);
+        }
+    }
+    doc.setKeptLines(std::move(kept));
+    doc.ApplySnapshot();
+    doc.setCanRestore(true);
+}
+
+} // namespace ConfigReader
+
+QString GetSetaValue(const QString &line, const QString &name, const ReadRule &rule)
+{
+    const QString examined = CfgText::examined(line);
+    const qsizetype start = keywordLength(examined);
+    if (start == 0 || !CfgText::startsWithNoCase(QStringView(examined).mid(start), name))
+        return QString();
+    const qsizetype end = start + name.size();
+    if (end < examined.size() && examined[end] != u' ')
+        return QString();
+    return applyRule(CfgText::trimBlanks(QStringView(examined).mid(end)), rule);
+}
+
+QString InfoValue(const QString &info, const QString &key)
+{
+    const qsizetype at = info.indexOf(key);
+    if (at < 0)
+        return QStringLiteral("0");
+    return CfgNumber::formatNumber(CfgNumber::numericValue(QStringView(info).mid(at + key.size())));
+}
+
+bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error)
+{
+    const auto fail = [error] {
+        if (error)
+            *error = ConfigReader::backupFailedMessage();
+        return false;
+    };
+    // Only regular files: a folder or a device would fail, or never end.
+    const QFileInfo info(path);
+    if (!info.isFile())
+        return fail();
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return fail();
+    QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return fail();
+    file.close();
+
+    // The working copy lives in a fresh temporary folder, so read-only game folders still read.
+    QTemporaryDir folder;
+    if (!folder.isValid())
+        return fail();
+    QFile copy(folder.filePath(info.fileName() + QStringLiteral(".bcp")));
+    if (!copy.open(QIODevice::WriteOnly))
+        return fail();
+    {
+        const QByteArray content = ConfigReader::workingCopy(bytes);
+        bytes = QByteArray();
+        if (copy.write(content) != content.size() || !copy.flush())
+            return fail();
+    }
+    copy.close();
+    if (!copy.open(QIODevice::ReadOnly))
+        return fail();
+    const QByteArray content = copy.readAll();
+    if (copy.error() != QFileDevice::NoError)
+        return fail();
+    copy.close();
+    copy.remove();
+
+    ConfigReader::applyWorkingCopy(doc, content, scope);
+    return true;
+}
+
+bool OpenCfgFile(ConfigDocument &doc, const QString &path, QString *error)
+{
+    if (!ReadCfgFile(doc, path, FileScope::Whole, error))
+        return false;
+    doc.setFile(path, QFileInfo(path).fileName(), true);
+    doc.setModified(false);
+    return true;
+}

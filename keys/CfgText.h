@@ -1,0 +1,20 @@
+// CfgText: the small text rules every configuration line is examined with.
+// Files are 8-bit: one character per byte (Latin-1), so case rules touch ASCII letters only
+// and every other byte passes through unchanged.
+#pragma once
+
+#include <QString>
+#include <QStringView>
+
+namespace CfgText {
+
+/// Blanks are spaces only; a tab counts as one once tabsToBlanks has run.
+QString trimBlanks(QStringView text);
+QString asciiLower(QStringView text);
+QString asciiUpper(QStringView text);
+/// The copy of a line that the reader examines: every double quote gone, every tab a blank.
+QString examined(QStringView line);
+bool startsWithNoCase(QStringView text, QStringView prefix);
+bool equalsNoCase(QStringView a, QStringView b);
+
+} // namespace CfgText
