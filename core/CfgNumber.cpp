@@ -4,7 +4,8 @@
 #include <charconv>
 #include <cfloat>
 #include <cmath>
-#include <string>
+#include <QVarLengthArray>
+#include <string_view>
 
 namespace CfgNumber {
 
@@ -57,17 +58,20 @@ double convert(QStringView number)
     const bool negative = number.startsWith(u'-');
     if (number.startsWith(u'+') || negative)
         number = number.mid(1);
-    const std::string bytes = number.toLatin1().toStdString();
+    QVarLengthArray<char, 64> buffer(number.size());
+    for (qsizetype i = 0; i < number.size(); ++i)
+        buffer[i] = char(number[i].unicode()); // digits, point, exponent: all ASCII
+    const std::string_view bytes(buffer.constData(), size_t(buffer.size()));
     double value = 0;
     const auto [end, ec] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), value);
     Q_UNUSED(end);
     if (ec == std::errc::result_out_of_range) {
         // Decide overflow or underflow from the magnitude of the first significant digit.
         const auto ePos = bytes.find_first_of("eE");
-        const std::string mantissa = bytes.substr(0, ePos);
+        const std::string_view mantissa = bytes.substr(0, ePos);
         long exponent = 0;
-        if (ePos != std::string::npos) {
-            const std::string e = bytes.substr(ePos + 1);
+        if (ePos != std::string_view::npos) {
+            const std::string_view e = bytes.substr(ePos + 1);
             const bool eNegative = !e.empty() && e[0] == '-';
             for (char c : e) {
                 if (c >= '0' && c <= '9')
@@ -78,7 +82,7 @@ double convert(QStringView number)
         }
         const auto point = mantissa.find('.');
         const auto firstSignificant = mantissa.find_first_of("123456789");
-        const long intDigits = long(point == std::string::npos ? mantissa.size() : point);
+        const long intDigits = long(point == std::string_view::npos ? mantissa.size() : point);
         const long position = long(firstSignificant);
         const long magnitude = (position < intDigits ? intDigits - position - 1 : intDigits - position) + exponent;
         value = magnitude > 0 ? DBL_MAX : 0.0;

@@ -98,12 +98,13 @@ QByteArray workingCopy(const QByteArray &fileBytes)
             if (const qsizetype comment = line.indexOf("//"); comment >= 0)
                 line = line.first(comment);
         }
+        // The copy turns every LF into CR LF, so those pieces become lines of their own.
         copy.append("\r\n");
-        for (char c : line) {
-            if (c == '\n')
-                copy.append('\r');
-            copy.append(c);
+        for (qsizetype lf = line.indexOf('\n'); lf >= 0; lf = line.indexOf('\n')) {
+            copy.append(line.first(lf)).append("\r\n");
+            line = line.sliced(lf + 1);
         }
+        copy.append(line);
         pos = next;
     }
     return copy;

@@ -19,9 +19,18 @@ QString textureModeName(const QString &entry)
     return CfgText::asciiUpper(entry).replace(u' ', u'_');
 }
 
-QString infoKey(const SettingRow &row, int index)
+// The info string's key of slot `index`: a1..a6 for awards, tier1..tier8 for videos.
+const QString &infoKey(const SettingRow &row, int index)
 {
-    return QString::fromLatin1(row.mapping == Mapping::Awards ? "a%1" : "tier%1").arg(index + 1);
+    static const auto keys = [](const char *stem, int count) {
+        QStringList out;
+        for (int k = 1; k <= count; ++k)
+            out.append(QString::fromLatin1(stem) + QString::number(k));
+        return out;
+    };
+    static const QStringList awards = keys("a", 6);
+    static const QStringList tiers = keys("tier", 8);
+    return (row.mapping == Mapping::Awards ? awards : tiers).at(index);
 }
 
 bool isNumeric(Mapping m)

@@ -2,24 +2,52 @@
 
 #include "CfgText.h"
 
-std::optional<QString> ParseBindLine(const QString &line, const QString &command)
+namespace {
+
+// The key of a prepared bind line (quotes gone, tabs as blanks, trimmed) whose text ends with
+// `command`: what stands between "bind " and the blank before the command.
+std::optional<QString> keyBefore(QStringView trimmed, QStringView command)
 {
-    const QString wanted = CfgText::asciiLower(command);
-    const QString text = CfgText::examined(line);
-    if (!CfgText::startsWithNoCase(text, u"bind"))
-        return std::nullopt;
-    const QString trimmed = CfgText::trimBlanks(text);
     // The command must end the line exactly as written: a command in capitals matches nothing.
-    if (!trimmed.endsWith(wanted, Qt::CaseSensitive))
+    if (!trimmed.endsWith(command, Qt::CaseSensitive))
         return std::nullopt;
-    // The key sits between "bind " and the blank before the command.
-    const qsizetype length = trimmed.size() - wanted.size() - 6;
+    const qsizetype length = trimmed.size() - command.size() - 6;
     if (length <= 0)
         return std::nullopt;
-    QString key = CfgText::asciiUpper(CfgText::trimBlanks(QStringView(trimmed).mid(5, length)));
+    QString key = CfgText::asciiUpper(CfgText::trimBlanks(trimmed.mid(5, length)));
     if (key.isEmpty())
         return std::nullopt;
     return key;
+}
+
+// The prepared form of a bind line, or nothing when the line is not one.
+std::optional<QString> preparedBindLine(const QString &line)
+{
+    const QString text = CfgText::examined(line);
+    if (!CfgText::startsWithNoCase(text, u"bind"))
+        return std::nullopt;
+    return CfgText::trimBlanks(text);
+}
+
+const std::array<QString, ActionTable::Count> &commands()
+{
+    static const std::array<QString, ActionTable::Count> table = [] {
+        std::array<QString, ActionTable::Count> t;
+        for (int i = 0; i < ActionTable::Count; ++i)
+            t[i] = ActionTable::command(i);
+        return t;
+    }();
+    return table;
+}
+
+} // namespace
+
+std::optional<QString> ParseBindLine(const QString &line, const QString &command)
+{
+    const std::optional<QString> prepared = preparedBindLine(line);
+    if (!prepared)
+        return std::nullopt;
+    return keyBefore(*prepared, CfgText::asciiLower(command));
 }
 
 QString ActionBindings::key(int action, KeySlot slot) const
@@ -36,8 +64,11 @@ void ActionBindings::setKey(int action, KeySlot slot, const QString &key)
 
 void ActionBindings::ApplyBindLine(const QString &line)
 {
+    const std::optional<QString> prepared = preparedBindLine(line);
+    if (!prepared)
+        return;
     for (int i = 0; i < ActionTable::Count; ++i) {
-        const std::optional<QString> key = ParseBindLine(line, ActionTable::command(i));
+        const std::optional<QString> key = keyBefore(*prepared, commands()[i]);
         if (!key)
             continue;
         ActionBinding &b = m_bindings[i];

@@ -42,13 +42,13 @@ QString asciiUpper(QStringView text)
 
 QString examined(QStringView line)
 {
-    QString out;
-    out.reserve(line.size());
+    QString out(line.size(), Qt::Uninitialized);
+    QChar *to = out.data();
     for (QChar c : line) {
-        if (c == u'"')
-            continue;
-        out.append(c == u'\t' ? QChar(u' ') : c);
+        if (c != u'"')
+            *to++ = c == u'\t' ? QChar(u' ') : c;
     }
+    out.truncate(to - out.constData());
     return out;
 }
 

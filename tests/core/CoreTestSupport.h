@@ -1,0 +1,64 @@
+// Helpers shared by the core tests: reading bytes as a file, and looking at what the writer would write.
+#pragma once
+
+#include "ConfigDocument.h"
+#include "ConfigReader.h"
+#include "ConfigWriter.h"
+#include "Defaults.h"
+#include "SettingMapping.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace TestSupport {
+
+inline QString writeTemp(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)
+{
+    const QString path = dir.filePath(name);
+    QFile f(path);
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        qFatal("cannot write test file");
+    return path;
+}
+
+inline QByteArray readAll(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+/// Reads `bytes` as a file's content into the document for the scope.
+inline bool readBytes(ConfigDocument &doc, const QByteArray &bytes, FileScope scope = FileScope::Whole)
+{
+    QTemporaryDir dir;
+    return ReadCfgFile(doc, writeTemp(dir, QStringLiteral("test.cfg"), bytes), scope);
+}
+
+/// The value the writer would put in the setting line of `name`.
+inline QString written(const ConfigDocument &doc, const char *name)
+{
+    const SettingCatalog &catalog = SettingCatalog::instance();
+    const int index = catalog.indexOfSetting(QString::fromLatin1(name));
+    Q_ASSERT(index >= 0);
+    const SettingRow &row = catalog.row(index);
+    return SettingMapping::fileValue(row, &doc.values()[row.firstSlot]);
+}
+
+inline int rowOf(const char *nameOrControl)
+{
+    const SettingCatalog &catalog = SettingCatalog::instance();
+    const QString key = QString::fromLatin1(nameOrControl);
+    const int control = catalog.indexOfControl(key);
+    return control >= 0 ? control : catalog.indexOfSetting(key);
+}
+
+/// The output of a whole-file write, one string a line (without the CR LF ends).
+inline QStringList wholeFileLines(const ConfigDocument &doc)
+{
+    QString text = QString::fromLatin1(ConfigWriter::fileBytes(doc, FileScope::Whole));
+    text.chop(2);
+    return text.split(QStringLiteral("\r\n"));
+}
+
+} // namespace TestSupport

@@ -1,0 +1,334 @@
+#include "CoreTestSupport.h"
+
+#include "CfgNumber.h"
+
+using namespace TestSupport;
+
+class tst_ConfigReader : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void valuesThroughRulesAndMappings_data();
+    void valuesThroughRulesAndMappings();
+    void numbers_data();
+    void numbers();
+    void workingCopy_data();
+    void workingCopy();
+    void lineRecognition_data();
+    void lineRecognition();
+    void bindLinesFromFile();
+    void laterLineWins();
+    void workingCopyIsRemoved();
+    void failedReadLeavesDocument_data();
+    void failedReadLeavesDocument();
+    void partialReadTakesOnlyItsArea();
+    void controlsReadReplacesBindings();
+    void bytesRoundTrip();
+};
+
+// Start state: cg_fov 90, s_volume 1, r_gamma 1, sensitivity 9.0, handicap 100, rate 25000,
+// r_texturebits 0, r_texturemode GL_LINEAR_MIPMAP_NEAREST, cg_drawtimer 0, cl_maxpackets 30.
+void tst_ConfigReader::valuesThroughRulesAndMappings_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("setting");
+    QTest::addColumn<QString>("expected");
+
+    const auto row = [](const char *tag, const char *line, const char *setting, const char *expected) {
+        QTest::newRow(tag) << QByteArray(line) << QString::fromLatin1(setting) << QString::fromLatin1(expected);
+    };
+    // Keyword and name compare without regard to case; set works like seta.
+    row("seta lower", "seta r_picmip \"2\"", "r_picmip", "2");
+    row("SETA upper", "SETA R_PICMIP \"2\"", "r_picmip", "2");
+    row("set", "set r_picmip 2", "r_picmip", "2");
+    row("quoted name", "seta \"r_picmip\" \"2\"", "r_picmip", "2");
+    row("tabs", "seta\tr_picmip\t\t\"2\"", "r_picmip", "2");
+    row("leading blank ignored", " seta r_picmip 2", "r_picmip", "1");
+    // Read rules: fallback alone is a lower bound; upper with fallback replaces what is above.
+    row("fallback is a lower bound", "seta cg_fov \"80\"", "cg_fov", "90");
+    row("not a number falls back", "seta cg_fov \"wide\"", "cg_fov", "90");
+    row("trailing text is not a number", "seta cg_fov \"120abc\"", "cg_fov", "90");
+    row("empty value falls back", "seta cg_fov \"\"", "cg_fov", "90");
+    row("name alone falls back", "seta cg_fov", "cg_fov", "90");
+    row("accepted", "seta cg_fov 120", "cg_fov", "120");
+    row("above upper falls back", "seta r_subdivisions \"1000\"", "r_subdivisions", "4");
+    row("upper itself", "seta r_subdivisions \"999\"", "r_subdivisions", "999");
+    row("upper alone caps", "seta r_railwidth 12000", "r_railwidth", "9999");
+    row("upper alone, no lower bound", "seta r_railwidth -5", "r_railwidth", "-5");
+    row("upper alone, text", "seta r_railwidth thin", "r_railwidth", "9999");
+    row("rounded value passes", "seta s_volume 1.4", "s_volume", "1");
+    row("rounded value fails", "seta s_volume 1.6", "s_volume", "0.7");
+    row("half rounds to even: 1.5 is 2", "seta s_volume 1.5", "s_volume", "0.7");
+    row("half rounds to even: 0.5 is 0", "seta cg_gibs 0.5", "cg_gibs", "0");
+    row("negative passes, slider clamps", "seta s_volume -1", "s_volume", "0");
+    row("exponent", "seta cg_fov 1.1e2", "cg_fov", "110");
+    // Slider positions round halves to even; sensitivity tenths round halves away from zero.
+    row("tenths half to even up", "seta s_volume 0.35", "s_volume", "0.4");
+    row("tenths half to even down", "seta s_volume 0.25", "s_volume", "0.2");
+    row("gamma tenths", "seta r_gamma 1.35", "r_gamma", "1.4");
+    row("gamma clamps", "seta r_gamma 3.5", "r_gamma", "3");
+    row("gamma not a number keeps", "seta r_gamma bright", "r_gamma", "1");
+    row("sensitivity half away", "seta sensitivity 2.25", "sensitivity", "2.3");
+    row("sensitivity below range", "seta sensitivity 0.5", "sensitivity", "1.0");
+    row("sensitivity above range", "seta sensitivity 45", "sensitivity", "30.0");
+    row("sensitivity not a number keeps", "seta sensitivity fast", "sensitivity", "9.0");
+    row("handicap clamps", "seta handicap 0", "handicap", "1");
+    row("handicap half to even", "seta handicap 50.5", "handicap", "50");
+    row("handicap text keeps", "seta handicap none", "handicap", "100");
+    row("crosshair clamps", "seta cg_crosshairsize 70", "cg_crosshairsize", "60");
+    // Check boxes: inverted boxes keep their meaning through a read and a write.
+    row("direct box", "seta cg_gibs 0", "cg_gibs", "0");
+    row("box above upper falls back", "seta cg_gibs 2", "cg_gibs", "1");
+    row("inverted box 0", "seta cl_nodelta 0", "cl_nodelta", "0");
+    row("inverted box 1", "seta cl_nodelta 1", "cl_nodelta", "1");
+    row("box without rule clamps", "seta cg_drawtimer 5", "cg_drawtimer", "1");
+    row("box without rule, text keeps", "seta cg_drawtimer yes", "cg_drawtimer", "0");
+    row("box upper only, negative clamps", "seta r_detailtextures -3", "r_detailtextures", "0");
+    // Lists by position, item value, name and bit ranges.
+    row("position list above upper", "seta r_mode 11", "r_mode", "2");
+    row("position list negative clamps", "seta r_mode -4", "r_mode", "0");
+    row("s_khz 22", "seta s_khz 22", "s_khz", "22");
+    row("s_khz 44 is 11", "seta s_khz 44", "s_khz", "11");
+    row("rate item value", "seta rate 4000", "rate", "4000");
+    row("rate without entry keeps", "seta rate 7777", "rate", "25000");
+    row("colorbits 24 is 32-bit", "seta r_colorbits 24", "r_colorbits", "32");
+    row("texturebits 16", "seta r_texturebits 16", "r_texturebits", "16");
+    row("texturebits 40 keeps", "seta r_texturebits 40", "r_texturebits", "0");
+    row("texturemode any case", "seta r_texturemode gl_linear_mipmap_linear", "r_texturemode",
+        "GL_LINEAR_MIPMAP_LINEAR");
+    row("texturemode unknown keeps", "seta r_texturemode GL_FANCY", "r_texturemode", "GL_LINEAR_MIPMAP_NEAREST");
+    // Text fields.
+    row("text field rounds half to even", "seta cg_brasstime 2500.5", "cg_brasstime", "2500");
+    row("trimmed field rounds", "seta cl_maxpackets 30.6", "cl_maxpackets", "31");
+    row("trimmed field text keeps", "seta cl_maxpackets many", "cl_maxpackets", "30");
+    row("huge integer", "seta cg_fov 1e20", "cg_fov", "100000000000000000000");
+    row("model slashes", "seta model \"sarge\\blue\"", "model", "sarge/blue");
+    row("name trimmed", "seta name \"  Big Bad  \"", "name", "Big Bad");
+    // A name only matches when a blank or the end follows it.
+    row("longer name not taken", "seta cg_drawCrosshairNames 0", "cg_drawcrosshair", "0");
+    row("r_flaresize reaches its own row", "seta r_flaresize 55", "r_flaresize", "55");
+    // Info strings.
+    row("awards", "seta g_spAwards \"\\a1\\3\\a2\\2.5\\a6\\7x\"", "g_spAwards", "\\a1\\3\\a2\\2\\a3\\0\\a4\\0\\a5\\0\\a6\\7");
+    row("videos", "seta g_spVideos \"\\tier1\\1\\tier2\\0\\tier3\\1.0\\tier4\\2\"", "g_spVideos",
+        "\\tier1\\1\\tier2\\0\\tier3\\1\\tier4\\0\\tier5\\0\\tier6\\0\\tier7\\0\\tier8\\0");
+}
+
+void tst_ConfigReader::valuesThroughRulesAndMappings()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QString, setting);
+    QFETCH(QString, expected);
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, line + "\r\n"));
+    QCOMPARE(written(doc, setting.toLatin1().constData()), expected);
+}
+
+void tst_ConfigReader::numbers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("numeric");
+    QTest::addColumn<double>("leading"); // the numeric value of the text
+
+    QTest::newRow("integer") << "42" << true << 42.0;
+    QTest::newRow("blanks") << "  -7 " << true << -7.0;
+    QTest::newRow("point forms") << "+.5" << true << 0.5;
+    QTest::newRow("trailing point") << "3." << true << 3.0;
+    QTest::newRow("exponent") << "2E-1" << true << 0.2;
+    QTest::newRow("incomplete exponent") << "1e" << false << 1.0;
+    QTest::newRow("trailing text") << "90abc" << false << 90.0;
+    QTest::newRow("hex") << "0x10" << false << 0.0;
+    QTest::newRow("inf") << "inf" << false << 0.0;
+    QTest::newRow("empty") << "" << false << 0.0;
+    QTest::newRow("sign alone") << "-" << false << 0.0;
+    QTest::newRow("overflow") << "1e999" << true << 1.7976931348623157e308;
+    QTest::newRow("underflow") << "-1e-999" << true << 0.0;
+}
+
+void tst_ConfigReader::numbers()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, numeric);
+    QFETCH(double, leading);
+    QCOMPARE(CfgNumber::parse(text).has_value(), numeric);
+    QCOMPARE(CfgNumber::numericValue(text), leading);
+}
+
+void tst_ConfigReader::workingCopy_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QByteArray>("copy");
+
+    QTest::newRow("empty file") << QByteArray() << QByteArray();
+    QTest::newRow("comment cut but on the last line")
+        << QByteArray("a //x\r\nb \"//y\"") << QByteArray("\r\na \r\nb \"//y\"");
+    QTest::newRow("comment inside quotes is cut")
+        << QByteArray("s \"http://x\"\r\nt") << QByteArray("\r\ns \"http:\r\nt");
+    QTest::newRow("final CR LF ends the last line") << QByteArray("a//x\r\nb//y\r\n") << QByteArray("\r\na\r\nb//y");
+    QTest::newRow("lone CR ends a line") << QByteArray("a//x\rb") << QByteArray("\r\na\r\nb");
+    QTest::newRow("LF-only file is one line, comments stay")
+        << QByteArray("a //x\nb //y\n") << QByteArray("\r\na //x\r\nb //y\r\n");
+    QTest::newRow("LF lines inside a cut line go with the comment")
+        << QByteArray("a\nb //c\nd\r\ne") << QByteArray("\r\na\r\nb \r\ne");
+    QTest::newRow("empty lines") << QByteArray("\r\n\r\nx") << QByteArray("\r\n\r\n\r\nx");
+}
+
+void tst_ConfigReader::workingCopy()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QByteArray, copy);
+    QCOMPARE(ConfigReader::workingCopy(file), copy);
+}
+
+void tst_ConfigReader::lineRecognition_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<QStringList>("kept");
+
+    QTest::newRow("unknown settings kept with quotes, tabs as blanks")
+        << QByteArray("seta\tcg_zoomfov\t\"22.5\"\r\nSET Foo bar\r\n")
+        << QStringList{"seta cg_zoomfov \"22.5\"", "SET Foo bar"};
+    QTest::newRow("anything starting with set is a setting line")
+        << QByteArray("settings here\r\nset\r\n") << QStringList{"settings here", "set"};
+    QTest::newRow("other lines dropped")
+        << QByteArray("unbindall\r\nexec x.cfg\r\n  seta foo 1\r\nbind x \"+foo\"\r\nvstr a\r\n") << QStringList{};
+    QTest::newRow("empty value of a row without rule is kept")
+        << QByteArray("seta name \"\"\r\nseta model\r\n") << QStringList{"seta name \"\"", "seta model"};
+    QTest::newRow("longer names are kept")
+        << QByteArray("seta color1 \"4\"\r\nseta r_modeFullscreen \"\"\r\n")
+        << QStringList{"seta color1 \"4\"", "seta r_modeFullscreen \"\""};
+    QTest::newRow("cut comment, but the last line keeps it")
+        << QByteArray("seta a \"1\" // one\r\nseta b \"2\" // two")
+        << QStringList{"seta a \"1\" ", "seta b \"2\" // two"};
+    QTest::newRow("LF-only file keeps comments")
+        << QByteArray("seta a 1 //x\nseta b 2\n") << QStringList{"seta a 1 //x", "seta b 2"};
+    QTest::newRow("catalogued lines are not kept") << QByteArray("seta cg_fov 100\r\nset r_mode 4\r\n")
+                                                   << QStringList{};
+}
+
+void tst_ConfigReader::lineRecognition()
+{
+    QFETCH(QByteArray, file);
+    QFETCH(QStringList, kept);
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, file));
+    QCOMPARE(doc.keptLines(), kept);
+}
+
+void tst_ConfigReader::bindLinesFromFile()
+{
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, "bind w \"+forward\"\r\nbind UPARROW \"+forward\"\r\nbind\tmouse1\t+attack\r\n"
+                           "bind x \"+FORWARD\"\r\nbind SEMICOLON \"messagemode\"\r\nbind k \"weapon 10\"\r\n"));
+    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", "UPARROW"}));
+    QCOMPARE(doc.bindings().at(10), (ActionBinding{"MOUSE1", ""}));
+    QCOMPARE(doc.bindings().at(30), (ActionBinding{"SEMICOLON", ""}));
+    QCOMPARE(doc.bindings().at(22), (ActionBinding{"K", ""}));
+    QCOMPARE(doc.bindings().at(13), ActionBinding{});
+    QVERIFY(doc.keptLines().isEmpty());
+}
+
+void tst_ConfigReader::laterLineWins()
+{
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, "seta cg_fov 100\r\nseta cg_fov 110\r\n"));
+    QCOMPARE(written(doc, "cg_fov"), QStringLiteral("110"));
+    QVERIFY(!doc.isModified());
+    QVERIFY(doc.canRestore());
+}
+
+void tst_ConfigReader::workingCopyIsRemoved()
+{
+    QTemporaryDir temp;
+    QTemporaryDir files;
+    const QByteArray oldTemp = qgetenv("TMPDIR");
+    qputenv("TMPDIR", temp.path().toLocal8Bit());
+    ConfigDocument doc;
+    QVERIFY(ReadCfgFile(doc, writeTemp(files, "q3config.cfg", "seta cg_fov 100\r\n"), FileScope::Whole));
+    QVERIFY(!ReadCfgFile(doc, files.filePath("missing.cfg"), FileScope::Whole));
+    qputenv("TMPDIR", oldTemp);
+    QCOMPARE(QDir(temp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden), QStringList());
+    QCOMPARE(QDir(files.path()).entryList(QDir::Files), QStringList{"q3config.cfg"});
+}
+
+void tst_ConfigReader::failedReadLeavesDocument_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("missing file") << "missing.cfg";
+    QTest::newRow("folder") << "folder.cfg";
+    QTest::newRow("device") << "/dev/zero";
+}
+
+void tst_ConfigReader::failedReadLeavesDocument()
+{
+    QFETCH(QString, name);
+    QTemporaryDir dir;
+    QVERIFY(QDir(dir.path()).mkdir("folder.cfg"));
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, "seta cg_fov 100\r\nseta foo 1\r\nbind w \"+forward\"\r\n"));
+    doc.setState(rowOf("chkGibs"), 0, 1);
+    const QList<SlotValue> values = doc.values();
+    const QList<SlotValue> snapshot = doc.snapshot();
+    const ActionBindings bindings = doc.bindings();
+
+    QString error;
+    QVERIFY(!ReadCfgFile(doc, name.startsWith('/') ? name : dir.filePath(name), FileScope::Whole, &error));
+    QCOMPARE(error, QStringLiteral("Tarnwick wasn't be able to create or/and load backup file."));
+    QCOMPARE(doc.values(), values);
+    QCOMPARE(doc.snapshot(), snapshot);
+    QVERIFY(doc.bindings() == bindings);
+    QCOMPARE(doc.keptLines(), QStringList{"seta foo 1"});
+    QVERIFY(doc.isModified());
+}
+
+void tst_ConfigReader::partialReadTakesOnlyItsArea()
+{
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, "seta cg_fov 100\r\nseta cg_gibs 1\r\nseta old 1\r\nbind w \"+forward\"\r\n"));
+    doc.setText(rowOf("txtFOV"), 0, "130");     // a Renderer edit the import overwrites
+    doc.setState(rowOf("chk2D"), 0, 1);         // an unsaved HUD edit reverts to the snapshot
+    QVERIFY(readBytes(doc, "seta cg_fov 120\r\nseta cg_draw2d 1\r\nseta mine 2\r\nbind x \"+back\"\r\n",
+                      FileScope::Renderer));
+    QCOMPARE(written(doc, "cg_fov"), QStringLiteral("120"));
+    QCOMPARE(written(doc, "cg_gibs"), QStringLiteral("1"));
+    QCOMPARE(written(doc, "cg_draw2d"), QStringLiteral("0"));
+    QCOMPARE(doc.keptLines(), (QStringList{"seta cg_draw2d 1", "seta mine 2"}));
+    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", ""}));
+    QCOMPARE(doc.bindings().at(2), ActionBinding{});
+}
+
+void tst_ConfigReader::controlsReadReplacesBindings()
+{
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, "bind w \"+forward\"\r\nbind MOUSE1 \"+attack\"\r\n"));
+    QVERIFY(readBytes(doc, "bind x \"+back\"\r\nseta sensitivity 4\r\nseta cg_fov 100\r\n", FileScope::Controls));
+    QCOMPARE(doc.bindings().at(1), ActionBinding{});
+    QCOMPARE(doc.bindings().at(10), ActionBinding{});
+    QCOMPARE(doc.bindings().at(2), (ActionBinding{"X", ""}));
+    QCOMPARE(written(doc, "sensitivity"), QStringLiteral("4.0"));
+    QCOMPARE(doc.keptLines(), QStringList{"seta cg_fov 100"});
+}
+
+void tst_ConfigReader::bytesRoundTrip()
+{
+    // Every byte is one character: high bytes and NUL pass through kept lines and values untouched.
+    static const char keptLine[] = "seta motd \"a\0b\xFF\"\r\n";
+    const QByteArray kept(keptLine, sizeof keptLine - 1);
+    const QByteArray name("seta name \"\xE9l\xE8ve\"\r\n");
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, name + kept));
+    const QByteArray out = ConfigWriter::fileBytes(doc, FileScope::Whole);
+    QVERIFY(out.contains(kept));
+    QVERIFY(out.contains("seta name \"\xE9l\xE8ve\"\r\n"));
+}
+
+QTEST_GUILESS_MAIN(tst_ConfigReader)
+#include "tst_ConfigReader.moc"

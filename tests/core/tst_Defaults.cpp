@@ -1,0 +1,140 @@
+#include "CoreTestSupport.h"
+
+using namespace TestSupport;
+
+class tst_Defaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void restoreOnStartState();
+    void absentSettingsTakeTheSnapshot();
+    void defaultsSetKeysListsAndSnapshot();
+    void newModes_data();
+    void newModes();
+};
+
+namespace {
+
+// Lines of `after` that differ from `before`, same length assumed.
+QStringList changedLines(const QStringList &before, const QStringList &after)
+{
+    QStringList out;
+    for (qsizetype i = 0; i < after.size(); ++i) {
+        if (before.value(i) != after[i])
+            out.append(after[i]);
+    }
+    return out;
+}
+
+const QByteArray playerFile = "bind w \"+forward\"\r\nbind q \"+button3\"\r\nseta g_spAwards \"\\a1\\4\\a5\\2\"\r\n"
+                              "seta cg_draw2d 1\r\nseta cg_drawfps 1\r\nseta cl_noprint 0\r\nseta cg_gibs 1\r\n"
+                              "seta r_mode 6\r\nseta cg_shadows 3\r\n";
+
+} // namespace
+
+void tst_Defaults::restoreOnStartState()
+{
+    // The snapshot holds the start values with the eight default entries written over them.
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(!doc.isModified() && !doc.HasFile() && !doc.canRestore());
+    QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
+    const QStringList before = wholeFileLines(doc);
+    doc.ApplySnapshot();
+    QCOMPARE(changedLines(before, wholeFileLines(doc)),
+             (QStringList{"seta cl_packetdup \"0\"", "seta r_flares \"1\""}));
+}
+
+void tst_Defaults::absentSettingsTakeTheSnapshot()
+{
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, "seta cg_fov 100\r\n"));
+    QCOMPARE(written(doc, "r_flares"), QStringLiteral("1"));
+    QCOMPARE(written(doc, "cl_packetdup"), QStringLiteral("0"));
+    QCOMPARE(written(doc, "rate"), QStringLiteral("25000"));
+    // A second read keeps what the first one took.
+    QVERIFY(readBytes(doc, "seta cg_gibs 1\r\n"));
+    QCOMPARE(written(doc, "cg_fov"), QStringLiteral("100"));
+}
+
+void tst_Defaults::defaultsSetKeysListsAndSnapshot()
+{
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(readBytes(doc, playerFile));
+    doc.setState(rowOf("chkSun"), 0, 1);
+    doc.setText(rowOf("txtName"), 0, "Player");
+
+    Defaults(doc, false);
+    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", ""}));
+
+    Defaults(doc, true);
+    QVERIFY(!doc.isModified());
+    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", "UPARROW"}));
+    QCOMPARE(doc.bindings().at(10), (ActionBinding{"CTRL", "MOUSE1"}));
+    QCOMPARE(doc.bindings().at(29), ActionBinding{});
+    QCOMPARE(doc.bindings().at(36), (ActionBinding{"`", "~"}));
+    QCOMPARE(written(doc, "r_mode"), QStringLiteral("3"));
+    QCOMPARE(written(doc, "cg_shadows"), QStringLiteral("1"));
+    QCOMPARE(written(doc, "r_drawsun"), QStringLiteral("1"));
+    QCOMPARE(written(doc, "name"), QStringLiteral("Player"));
+
+    doc.setState(rowOf("sldGamma"), 0, 20);
+    doc.ApplySnapshot();
+    QCOMPARE(written(doc, "name"), QStringLiteral("UnnamedPlayer"));
+    QCOMPARE(written(doc, "r_gamma"), QStringLiteral("1"));
+    QCOMPARE(written(doc, "cg_draw2d"), QStringLiteral("1"));
+}
+
+void tst_Defaults::newModes_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<QString>("forward");
+    QTest::addColumn<QString>("gesture");
+    QTest::addColumn<QString>("award1");
+    QTest::addColumn<QString>("draw2d");
+    QTest::addColumn<QString>("noprint");
+    QTest::addColumn<QString>("mode6");
+
+    // Gibs and the rest of the values survive every mode; only the named ones change.
+    QTest::newRow("keep control keys") << 0 << "W" << "Q" << "4" << "1" << "0" << "6";
+    QTest::newRow("reset to defaults") << 1 << "W" << "" << "4" << "1" << "0" << "3";
+    QTest::newRow("clear") << 2 << "" << "" << "0" << "0" << "1" << "6";
+}
+
+void tst_Defaults::newModes()
+{
+    QFETCH(int, mode);
+    QFETCH(QString, forward);
+    QFETCH(QString, gesture);
+    QFETCH(QString, award1);
+    QFETCH(QString, draw2d);
+    QFETCH(QString, noprint);
+    QFETCH(QString, mode6);
+
+    QTemporaryDir dir;
+    ConfigDocument doc;
+    StartUpDocument(doc);
+    QVERIFY(OpenCfgFile(doc, writeTemp(dir, "player.cfg", playerFile)));
+    QVERIFY(doc.HasFile() && doc.canRestore());
+    doc.setState(rowOf("chkMarks"), 0, 1);
+
+    NewCfg(doc, "Fresh", NewMode(mode));
+    QCOMPARE(doc.displayName(), QStringLiteral("Fresh"));
+    QVERIFY(!doc.HasFile() && doc.path().isEmpty() && !doc.canRestore() && !doc.isModified());
+    QCOMPARE(doc.bindings().at(1).firstKey, forward);
+    QCOMPARE(doc.bindings().at(29).firstKey, gesture);
+    QCOMPARE(doc.text(rowOf("txtAwards"), 0), award1);
+    QCOMPARE(written(doc, "cg_draw2d"), draw2d);
+    QCOMPARE(written(doc, "cg_drawfps"), draw2d);
+    QCOMPARE(written(doc, "cl_noprint"), noprint);
+    QCOMPARE(written(doc, "r_mode"), mode6);
+    QCOMPARE(written(doc, "cg_gibs"), QStringLiteral("1"));
+    QCOMPARE(written(doc, "cg_marks"), QStringLiteral("1"));
+    QCOMPARE(doc.text(rowOf("txtAwards"), 4), award1 == "4" ? QStringLiteral("2") : QStringLiteral("0"));
+}
+
+QTEST_GUILESS_MAIN(tst_Defaults)
+#include "tst_Defaults.moc"
