@@ -63,9 +63,30 @@ bool takeSettingLine(ConfigDocument &doc, const QString &examined, FileScope sco
 }
 
 // Kept lines keep their quotes; only tabs become blanks.
-QString keptForm(QString line)
+QString keptForm(QByteArrayView line)
 {
-    return line.replace(u'\t', u' ');
+    return QString::fromLatin1(line).replace(u'\t', u' ');
+}
+
+// Whether an examined line could start with "set" or "bind": most lines of a file (comments,
+// empty lines, other commands) are passed over without being examined.
+bool mayMatter(QByteArrayView line)
+{
+    for (char c : line) {
+        if (c != '"')
+            return c == 's' || c == 'S' || c == 'b' || c == 'B';
+    }
+    return false;
+}
+
+// Where the first "//" of a line starts; the line's length when it has none.
+qsizetype commentStart(QByteArrayView line)
+{
+    for (qsizetype slash = line.indexOf('/'); slash >= 0; slash = line.indexOf('/', slash + 1)) {
+        if (slash + 1 < line.size() && line[slash + 1] == '/')
+            return slash;
+    }
+    return line.size();
 }
 
 } // namespace
@@ -94,10 +115,8 @@ QByteArray workingCopy(const QByteArray &fileBytes)
             ++next;
         QByteArrayView line(fileBytes.constData() + pos, cr - pos);
         // Every line but the file's last loses its comment, even one inside quotes.
-        if (next < n) {
-            if (const qsizetype comment = line.indexOf("//"); comment >= 0)
-                line = line.first(comment);
-        }
+        if (next < n)
+            line = line.first(commentStart(line));
         // The copy turns every LF into CR LF, so those pieces become lines of their own.
         copy.append("\r\n");
         for (qsizetype lf = line.indexOf('\n'); lf >= 0; lf = line.indexOf('\n')) {
@@ -122,17 +141,20 @@ void applyWorkingCopy(ConfigDocument &doc, const QByteArray &copy, FileScope sco
     const qsizetype n = copy.size();
     qsizetype pos = 0;
     while (pos < n) {
-        qsizetype end = copy.indexOf("\r\n", pos);
+        // The copy's lines end in CR LF, and no CR stands anywhere else.
+        qsizetype end = copy.indexOf('\r', pos);
         if (end < 0)
             end = n;
-        const QString line = QString::fromLatin1(copy.constData() + pos, end - pos);
+        const QByteArrayView line(copy.constData() + pos, end - pos);
         pos = end + 2;
+        if (!mayMatter(line))
+            continue;
         const QString examined = CfgText::examined(line);
         if (CfgText::startsWithNoCase(examined, u"set")) {
             if (!takeSettingLine(doc, examined, scope))
                 kept.append(keptForm(line));
         } else if (takesBindings && CfgText::startsWithNoCase(examined, u"bind")) {
-            doc.bindingsForUpdate().ApplyBindLine(line);
+            doc.bindingsForUpdate().applyExaminedBindLine(examined);
         }
     }
     doc.setKeptLines(std::move(kept));

@@ -28,18 +28,21 @@ QString header()
 
 QByteArray fileBytes(const ConfigDocument &doc, FileScope scope)
 {
-    QByteArray bytes;
-    const auto appendLine = [&bytes](const QString &line) {
-        bytes.append(line.toLatin1());
-        bytes.append("\r\n");
-    };
-    appendLine(header());
-    if (scope == FileScope::Whole) {
-        for (const QString &line : doc.keptLines())
-            appendLine(line);
+    QStringList lines{header()};
+    if (scope == FileScope::Whole)
+        lines.append(doc.keptLines());
+    lines.append(BuildCfgLines(doc, scope));
+    qsizetype size = 0;
+    for (const QString &line : lines)
+        size += line.size() + 2;
+    QByteArray bytes(size, Qt::Uninitialized);
+    char *to = bytes.data();
+    for (const QString &line : lines) {
+        for (QChar c : line)
+            *to++ = c.unicode() <= 0xFF ? char(c.unicode()) : '?'; // one byte a character, as files are
+        *to++ = '\r';
+        *to++ = '\n';
     }
-    for (const QString &line : BuildCfgLines(doc, scope))
-        appendLine(line);
     return bytes;
 }
 

@@ -293,7 +293,14 @@ SettingCatalog::SettingCatalog()
 
 int SettingCatalog::indexOfSetting(QStringView name) const
 {
-    return m_storedByName.value(CfgText::asciiLower(name), -1);
+    // Called for every setting line of a file: lower-case into a buffer that is reused.
+    thread_local QString lowered;
+    lowered.resize(name.size());
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        const QChar c = name[i];
+        lowered[i] = (c >= u'A' && c <= u'Z') ? QChar(c.unicode() + 32) : c;
+    }
+    return m_storedByName.value(lowered, -1);
 }
 
 int SettingCatalog::indexOfControl(QStringView control) const

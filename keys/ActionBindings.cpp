@@ -9,7 +9,7 @@ namespace {
 std::optional<QString> keyBefore(QStringView trimmed, QStringView command)
 {
     // The command must end the line exactly as written: a command in capitals matches nothing.
-    if (!trimmed.endsWith(command, Qt::CaseSensitive))
+    if (trimmed.isEmpty() || trimmed.back() != command.back() || !trimmed.endsWith(command, Qt::CaseSensitive))
         return std::nullopt;
     const qsizetype length = trimmed.size() - command.size() - 6;
     if (length <= 0)
@@ -20,13 +20,12 @@ std::optional<QString> keyBefore(QStringView trimmed, QStringView command)
     return key;
 }
 
-// The prepared form of a bind line, or nothing when the line is not one.
-std::optional<QString> preparedBindLine(const QString &line)
+// The prepared form of an examined bind line, or nothing when the line is not one.
+std::optional<QString> preparedBindLine(const QString &examined)
 {
-    const QString text = CfgText::examined(line);
-    if (!CfgText::startsWithNoCase(text, u"bind"))
+    if (!CfgText::startsWithNoCase(examined, u"bind"))
         return std::nullopt;
-    return CfgText::trimBlanks(text);
+    return CfgText::trimBlanks(examined);
 }
 
 const std::array<QString, ActionTable::Count> &commands()
@@ -44,7 +43,7 @@ const std::array<QString, ActionTable::Count> &commands()
 
 std::optional<QString> ParseBindLine(const QString &line, const QString &command)
 {
-    const std::optional<QString> prepared = preparedBindLine(line);
+    const std::optional<QString> prepared = preparedBindLine(CfgText::examined(line));
     if (!prepared)
         return std::nullopt;
     return keyBefore(*prepared, CfgText::asciiLower(command));
@@ -64,7 +63,12 @@ void ActionBindings::setKey(int action, KeySlot slot, const QString &key)
 
 void ActionBindings::ApplyBindLine(const QString &line)
 {
-    const std::optional<QString> prepared = preparedBindLine(line);
+    applyExaminedBindLine(CfgText::examined(line));
+}
+
+void ActionBindings::applyExaminedBindLine(const QString &examined)
+{
+    const std::optional<QString> prepared = preparedBindLine(examined);
     if (!prepared)
         return;
     for (int i = 0; i < ActionTable::Count; ++i) {

@@ -32,6 +32,8 @@ public:
     /// Offers a bind line to every action in index order; each action whose command ends the line
     /// takes its key into the first free slot, or over the second.
     void ApplyBindLine(const QString &line);
+    /// The same for a line already examined (quotes removed, tabs made blanks).
+    void applyExaminedBindLine(const QString &examined);
     /// The lines the writer emits for one action: first key's line, then second key's line.
     QStringList BindLinesFor(int action) const;
     /// Takes `key` away from whatever slot holds it, then stores it in the given slot.

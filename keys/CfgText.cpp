@@ -52,6 +52,18 @@ QString examined(QStringView line)
     return out;
 }
 
+QString examined(QByteArrayView line)
+{
+    QString out(line.size(), Qt::Uninitialized);
+    QChar *to = out.data();
+    for (char c : line) {
+        if (c != '"')
+            *to++ = c == '\t' ? QChar(u' ') : QChar::fromLatin1(c);
+    }
+    out.truncate(to - out.constData());
+    return out;
+}
+
 bool startsWithNoCase(QStringView text, QStringView prefix)
 {
     if (text.size() < prefix.size())

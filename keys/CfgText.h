@@ -3,6 +3,7 @@
 // and every other byte passes through unchanged.
 #pragma once
 
+#include <QByteArrayView>
 #include <QString>
 #include <QStringView>
 
@@ -14,6 +15,8 @@ QString asciiLower(QStringView text);
 QString asciiUpper(QStringView text);
 /// The copy of a line that the reader examines: every double quote gone, every tab a blank.
 QString examined(QStringView line);
+/// The same, straight from a line's bytes (one character per byte).
+QString examined(QByteArrayView line);
 bool startsWithNoCase(QStringView text, QStringView prefix);
 bool equalsNoCase(QStringView a, QStringView b);
 
