@@ -1,5 +1,6 @@
 #include "CliSession.h"
 
+#include "CfgText.h"
 #include "ConfigReader.h"
 #include "ConfigWriter.h"
 #include "Defaults.h"
@@ -54,7 +55,8 @@ QList<Token> tokenize(const QString &line)
 // What follows a token: blanks skipped; a wholly quoted rest loses its quotes.
 QString restAfter(const QString &line, const Token &token)
 {
-    QString rest = line.mid(token.end).trimmed();
+    // Only blanks and tabs separate; any other byte belongs to the value, as it would in a file line.
+    QString rest = CfgText::trimBlanks(QString(line.mid(token.end)).replace(u'\t', u' '));
     if (rest.size() >= 2 && rest.startsWith(u'"') && rest.endsWith(u'"') && rest.count(u'"') == 2)
         rest = rest.mid(1, rest.size() - 2);
     return rest;
@@ -177,7 +179,7 @@ int CliSession::runScript(const QByteArray &script)
         if (bytes.endsWith('\r'))
             bytes.chop(1);
         const QString line = QString::fromLatin1(bytes);
-        const QString trimmed = line.trimmed();
+        const QString trimmed = CfgText::trimBlanks(QString(line).replace(u'\t', u' '));
         if (trimmed.isEmpty() || trimmed.startsWith(u'#'))
             continue;
         if (const int code = runLine(line); code != Success)
@@ -252,7 +254,7 @@ int CliSession::newDocument(const QString &mode, const QString &name)
     const std::optional<int> m = wholeNumber(mode, 0, 2);
     if (!m)
         return usageError(QStringLiteral("MODE must be 0, 1 or 2, not \"%1\"").arg(mode));
-    const QString trimmed = name.trimmed();
+    const QString trimmed = CfgText::trimBlanks(name);
     NewCfg(m_doc, trimmed.isEmpty() ? QStringLiteral("Untitled") : trimmed, NewMode(*m));
     return Success;
 }
