@@ -1,0 +1,255 @@
+#include "Keys.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QMouseEvent>
+#include <QTest>
+#include <functional>
+
+namespace {
+
+struct MouseStep
+{
+    QEvent::Type type;
+    Qt::MouseButton button;
+    QPoint pos;
+    Qt::KeyboardModifiers modifiers = Qt::NoModifier;
+};
+using MouseScript = QList<MouseStep>;
+using KeysChange = std::function<void(Keys &)>;
+
+constexpr QEvent::Type Press = QEvent::MouseButtonPress;
+constexpr QEvent::Type Move = QEvent::MouseMove;
+constexpr QEvent::Type Release = QEvent::MouseButtonRelease;
+
+class PaintCounter : public QObject
+{
+public:
+    int paints = 0;
+
+protected:
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint)
+            ++paints;
+        return false;
+    }
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Keys::Half)
+Q_DECLARE_METATYPE(MouseScript)
+Q_DECLARE_METATYPE(KeysChange)
+
+class tst_KeysButton : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void halfAt_data();
+    void halfAt();
+    void mouseSignals_data();
+    void mouseSignals();
+    void heldHalfFollowsPointer();
+    void disabledTakesNoMouse();
+    void redraws_data();
+    void redraws();
+    void halvesUseTheirOwnColour();
+
+private:
+    void play(const MouseScript &script);
+
+    std::unique_ptr<Keys> m_keys;
+    QStringList m_log;
+    Qt::MouseButtons m_buttons;
+};
+
+void tst_KeysButton::init()
+{
+    m_keys = std::make_unique<Keys>();
+    m_keys->setFixedSize(172, 21); // split at x = 86
+    m_keys->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_keys.get()));
+    m_log.clear();
+    m_buttons = Qt::NoButton;
+
+    using MouseSignal = void (Keys::*)(Qt::MouseButton, Qt::KeyboardModifiers, int, int);
+    const auto logMouse = [this](MouseSignal signal, const QString &name) {
+        connect(m_keys.get(), signal, this,
+            [this, name](Qt::MouseButton button, Qt::KeyboardModifiers shift, int x, int y) {
+                const QString buttonName
+                    = button == Qt::RightButton ? QStringLiteral("right") : QStringLiteral("middle");
+                const QString shiftName = shift.testFlag(Qt::ShiftModifier) ? QStringLiteral(" shift") : QString();
+                m_log << QStringLiteral("%1 %2 %3,%4%5").arg(name, buttonName).arg(x).arg(y).arg(shiftName);
+            });
+    };
+    logMouse(&Keys::MouseDown, QStringLiteral("MouseDown"));
+    logMouse(&Keys::MouseDown2, QStringLiteral("MouseDown2"));
+    logMouse(&Keys::MouseUp, QStringLiteral("MouseUp"));
+    logMouse(&Keys::MouseUp2, QStringLiteral("MouseUp2"));
+    connect(m_keys.get(), &Keys::Click, this, [this] { m_log << QStringLiteral("Click"); });
+    connect(m_keys.get(), &Keys::Click2, this, [this] { m_log << QStringLiteral("Click2"); });
+}
+
+void tst_KeysButton::cleanup()
+{
+    m_keys.reset();
+}
+
+void tst_KeysButton::play(const MouseScript &script)
+{
+    for (const MouseStep &step : script) {
+        if (step.type == Press)
+            m_buttons |= step.button;
+        else if (step.type == Release)
+            m_buttons &= ~Qt::MouseButtons(step.button);
+        const Qt::MouseButton button = step.type == Move ? Qt::NoButton : step.button;
+        QMouseEvent event(step.type, step.pos, m_keys->mapToGlobal(step.pos), button, m_buttons, step.modifiers);
+        QApplication::sendEvent(m_keys.get(), &event);
+    }
+}
+
+void tst_KeysButton::halfAt_data()
+{
+    QTest::addColumn<QPoint>("pos");
+    QTest::addColumn<Keys::Half>("half");
+
+    QTest::newRow("left inside") << QPoint(1, 1) << Keys::Half::Left;
+    QTest::newRow("left of split") << QPoint(85, 10) << Keys::Half::Left;
+    QTest::newRow("split line") << QPoint(86, 10) << Keys::Half::None;
+    QTest::newRow("right of split") << QPoint(87, 10) << Keys::Half::Right;
+    QTest::newRow("right inside") << QPoint(170, 19) << Keys::Half::Right;
+    QTest::newRow("left edge") << QPoint(0, 10) << Keys::Half::None;
+    QTest::newRow("top edge") << QPoint(40, 0) << Keys::Half::None;
+    QTest::newRow("right edge") << QPoint(171, 10) << Keys::Half::None;
+    QTest::newRow("bottom edge") << QPoint(120, 20) << Keys::Half::None;
+    QTest::newRow("outside") << QPoint(-3, 10) << Keys::Half::None;
+    QTest::newRow("below") << QPoint(40, 25) << Keys::Half::None;
+}
+
+void tst_KeysButton::halfAt()
+{
+    QFETCH(QPoint, pos);
+    QFETCH(Keys::Half, half);
+    QCOMPARE(m_keys->halfAt(pos), half);
+}
+
+void tst_KeysButton::mouseSignals_data()
+{
+    QTest::addColumn<MouseScript>("script");
+    QTest::addColumn<QStringList>("emitted");
+
+    const auto L = Qt::LeftButton;
+    const auto R = Qt::RightButton;
+    const auto M = Qt::MiddleButton;
+    const QPoint left(10, 10);
+    const QPoint right(100, 10);
+    QTest::newRow("left click, left half")
+        << MouseScript { { Press, L, left }, { Release, L, left } } << QStringList { "Click" };
+    QTest::newRow("left click, right half")
+        << MouseScript { { Press, L, right }, { Release, L, right } } << QStringList { "Click2" };
+    QTest::newRow("released over the other half")
+        << MouseScript { { Press, L, left }, { Release, L, right } } << QStringList {};
+    QTest::newRow("released outside") << MouseScript { { Press, L, right }, { Release, L, { 100, 30 } } }
+                                      << QStringList {};
+    const MouseScript dragOutAndBack { { Press, L, left }, { Move, L, { 10, 30 } }, { Move, L, { 20, 5 } },
+        { Release, L, { 20, 5 } } };
+    QTest::newRow("dragged out and back") << dragOutAndBack << QStringList { "Click" };
+    QTest::newRow("pressed on the split line")
+        << MouseScript { { Press, L, { 86, 10 } }, { Release, L, { 86, 10 } } } << QStringList {};
+    QTest::newRow("right click, left half") << MouseScript { { Press, R, left }, { Release, R, left } }
+                                            << QStringList { "MouseDown right 10,10", "MouseUp right 10,10" };
+    QTest::newRow("Shift+right click, right half")
+        << MouseScript { { Press, R, right, Qt::ShiftModifier }, { Release, R, right, Qt::ShiftModifier } }
+        << QStringList { "MouseDown2 right 100,10 shift", "MouseUp2 right 100,10 shift" };
+    QTest::newRow("right released while left held")
+        << MouseScript { { Press, L, left }, { Press, R, right }, { Release, R, right }, { Release, L, left } }
+        << QStringList { "MouseDown2 right 100,10", "Click" };
+    QTest::newRow("right released off the halves") << MouseScript { { Release, R, { 86, 10 } } } << QStringList {};
+    QTest::newRow("middle click") << MouseScript { { Press, M, left }, { Release, M, left } }
+                                  << QStringList { "MouseDown middle 10,10" };
+}
+
+void tst_KeysButton::mouseSignals()
+{
+    QFETCH(MouseScript, script);
+    QFETCH(QStringList, emitted);
+
+    play(script);
+    QCOMPARE(m_log, emitted);
+    QCOMPARE(m_keys->pressedHalf(), Keys::Half::None);
+}
+
+void tst_KeysButton::heldHalfFollowsPointer()
+{
+    const auto L = Qt::LeftButton;
+    play({ { Press, L, { 100, 10 } } });
+    QCOMPARE(m_keys->pressedHalf(), Keys::Half::Right);
+    play({ { Move, L, { 40, 10 } } });
+    QCOMPARE(m_keys->pressedHalf(), Keys::Half::None);
+    play({ { Move, L, { 150, 10 } } });
+    QCOMPARE(m_keys->pressedHalf(), Keys::Half::Right);
+    m_keys->Refresh();
+    QCOMPARE(m_keys->pressedHalf(), Keys::Half::None);
+}
+
+void tst_KeysButton::disabledTakesNoMouse()
+{
+    const auto L = Qt::LeftButton;
+    play({ { Press, L, { 10, 10 } } });
+    m_keys->setEnabled(false);
+    QCOMPARE(m_keys->pressedHalf(), Keys::Half::None);
+    play({ { Release, L, { 10, 10 } }, { Press, L, { 10, 10 } }, { Release, L, { 10, 10 } },
+        { Press, Qt::RightButton, { 10, 10 } }, { Release, Qt::RightButton, { 10, 10 } } });
+    QCOMPARE(m_log, QStringList {});
+}
+
+void tst_KeysButton::redraws_data()
+{
+    QTest::addColumn<KeysChange>("change");
+    QTest::addColumn<bool>("repaints");
+
+    QTest::newRow("Caption") << KeysChange([](Keys &k) { k.setCaption(QStringLiteral("A")); }) << true;
+    QTest::newRow("Caption2") << KeysChange([](Keys &k) { k.setCaption2(QStringLiteral("B")); }) << true;
+    QTest::newRow("ForeColor") << KeysChange([](Keys &k) { k.setForeColor(Qt::red); }) << true;
+    QTest::newRow("ForeColor2") << KeysChange([](Keys &k) { k.setForeColor2(Qt::red); }) << true;
+    QTest::newRow("Clear") << KeysChange([](Keys &k) { k.Clear(); }) << true;
+    QTest::newRow("Bind") << KeysChange([](Keys &k) { k.setBind(QStringLiteral("\"+attack\"")); }) << false;
+}
+
+void tst_KeysButton::redraws()
+{
+    QFETCH(KeysChange, change);
+    QFETCH(bool, repaints);
+
+    QCoreApplication::processEvents();
+    PaintCounter counter;
+    m_keys->installEventFilter(&counter);
+    change(*m_keys);
+    QCoreApplication::processEvents();
+    QCOMPARE(counter.paints > 0, repaints);
+}
+
+void tst_KeysButton::halvesUseTheirOwnColour()
+{
+    QCOMPARE(m_keys->Caption(), QString()); // a fresh key has no name yet, so shows nothing
+    m_keys->setCaption(QStringLiteral("MMMM"));
+    m_keys->setCaption2(QStringLiteral("MMMM"));
+    m_keys->setForeColor(QColor(255, 0, 0));
+    const QImage image = m_keys->grab().toImage();
+    const auto hasRed = [&image](int fromX, int toX) {
+        for (int x = fromX; x < toX; ++x)
+            for (int y = 0; y < image.height(); ++y)
+                if (const QColor c = image.pixelColor(x, y); c.red() > 200 && c.green() < 60 && c.blue() < 60)
+                    return true;
+        return false;
+    };
+    QVERIFY(hasRed(0, 86));
+    QVERIFY(!hasRed(86, 172)); // unset ForeColor2 draws in the palette's button text colour
+}
+
+QTEST_MAIN(tst_KeysButton)
+#include "tst_KeysButton.moc"
