@@ -1,25 +1,287 @@
 #include "frmMain.h"
 
+#include "ConfigReader.h"
+#include "ControlBinder.h"
+#include "ControlPage.h"
 #include "Defaults.h"
+#include "HoverButton.h"
+#include "LeftBar.h"
+#include "MemoryPanel.h"
+#include "MsgBoard.h"
+#include "PageLayouts.h"
+#include "SettingsPage.h"
+#include "TitleStrip.h"
+#include "Twips.h"
+#include "frmPassword.h"
 
+#include <QButtonGroup>
+#include <QEvent>
 #include <QLabel>
+#include <QMessageBox>
+#include <QStatusBar>
+
+namespace {
+
+struct PageInfo
+{
+    const char *button;
+    const char *container;
+    const char *title;
+};
+
+const std::array<PageInfo, frmMain::PageCount> pageInfo{{
+    {"Client", "picPlayer", "Client Settings"},
+    {"Server", "picServer", "Server Settings"},
+    {"Control", "picCtrls", "Control - Move"},
+    {"Renderer", "picGFX", "Renderer Settings"},
+    {"Sound / Network", "picNet", "Sound & Network Settings"},
+    {"HUD Display", "picHUD", "HUD Display Settings"},
+    {"Railgun", "picRail", "Railgun Settings"},
+    {"PK3 Explorer", "picPK3", "PK3 Explorer"},
+}};
+
+const std::array<const char *, 4> subPageCaptions{"Move", "Shoot", "Look", "Miscellaneous"};
+
+// Measures of the window's regions, in twips.
+constexpr int toolbarHeight = 390;
+constexpr int leftBarWidth = 1630;
+constexpr int leftBarTop = 400;
+constexpr int titleHeight = 300;
+constexpr int pageTop = 740;
+constexpr int helpHeight = 480;
+constexpr int gap = 30;
+constexpr int buttonHeight = 375;
+constexpr int buttonPitch = 390;
+
+} // namespace
 
 frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
+    , m_binder(new ControlBinder(m_document, this))
+    , m_client(new QWidget(this))
+    , m_toolbarBand(new QWidget(m_client))
+    , m_leftBar(new LeftBar(m_client))
+    , m_titleStrip(new TitleStrip(m_client))
+    , m_msgBoard(new MsgBoard(m_client))
 {
     setObjectName(QStringLiteral("frmMain"));
+    m_client->setObjectName(QStringLiteral("frmMainClient"));
+    m_toolbarBand->setObjectName(QStringLiteral("picTBar1"));
+    m_leftBar->setObjectName(QStringLiteral("picLBar"));
+    m_titleStrip->setObjectName(QStringLiteral("picMsg"));
+    m_msgBoard->setObjectName(QStringLiteral("MsgBoard1"));
+    setCentralWidget(m_client);
+    m_client->installEventFilter(this);
+
     StartUpDocument(m_document);
-    auto *placeholder = new QLabel(tr("The settings pages are on their way."), this);
-    placeholder->setAlignment(Qt::AlignCenter);
-    setCentralWidget(placeholder);
-    resize(760, 540);
+    buildLeftBar();
+    buildPages();
+    buildStatusBar();
+    m_binder->showDocument();
+
+    connect(m_binder, &ControlBinder::helpRequested, this, &frmMain::SetText);
+    connect(m_binder, &ControlBinder::clientPasswordRequested, this, &frmMain::askClientPassword);
     connect(&m_document, &ConfigDocument::fileChanged, this, &frmMain::SetTitle);
+
+    // No page is selected at start.
+    m_titleStrip->setText(programTitle());
+    SetText(QStringLiteral("Welcome to Tarnwick."), 2);
+    ShowControls(false);
     SetTitle();
+    resize(Twips::px(10425), Twips::px(7500));
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::buildLeftBar()
+{
+    auto *pages = new QButtonGroup(this);
+    for (int i = 0; i < PageCount; ++i) {
+        auto *button = new HoverButton(QString::fromLatin1(pageInfo[i].button), m_leftBar);
+        button->setObjectName(QStringLiteral("btnMain_%1").arg(i));
+        button->setCheckable(true);
+        pages->addButton(button, i);
+        connect(button, &HoverButton::clicked, this, [this, i] { SelectPage(i); });
+        m_pageButtons[i] = button;
+    }
+    auto *subPages = new QButtonGroup(this);
+    for (int i = 0; i < 4; ++i) {
+        auto *button = new HoverButton(QString::fromLatin1(subPageCaptions[i]), m_leftBar);
+        button->setObjectName(QStringLiteral("btnCtrls_%1").arg(i));
+        button->setCheckable(true);
+        subPages->addButton(button, i);
+        connect(button, &HoverButton::clicked, this, [this, i] { SelectControlSubPage(i); });
+        m_subPageButtons[i] = button;
+    }
+}
+
+void frmMain::buildPages()
+{
+    m_controlPage = new ControlPage(m_document, *m_binder);
+    const std::array<QWidget *, PageCount> contents{
+        PageLayouts::clientPage(*m_binder),   PageLayouts::serverPage(*m_binder),
+        m_controlPage,                         PageLayouts::rendererPage(*m_binder),
+        PageLayouts::soundNetworkPage(*m_binder), PageLayouts::hudPage(*m_binder),
+        PageLayouts::railgunPage(*m_binder),  new QWidget,
+    };
+    for (int i = 0; i < PageCount; ++i) {
+        m_pages[i] = new SettingsPage(QString::fromLatin1(pageInfo[i].container), contents[i], m_client);
+        m_pages[i]->hide();
+    }
+}
+
+void frmMain::buildStatusBar()
+{
+    QStatusBar *bar = statusBar();
+    bar->setObjectName(QStringLiteral("SBar1"));
+    m_menuHelp = new QLabel(bar);
+    m_menuHelp->setObjectName(QStringLiteral("PAN1"));
+    m_menuHelp->setMinimumWidth(64);
+    bar->addWidget(m_menuHelp, 1);
+    m_memory = new MemoryPanel(bar);
+    m_memory->setObjectName(QStringLiteral("PAN2"));
+    m_memory->setMinimumWidth(102);
+    bar->addPermanentWidget(m_memory);
+    m_memory->refresh();
+    m_memoryTimer.setObjectName(QStringLiteral("cTimer1"));
+    m_memoryTimer.setInterval(50);
+    connect(&m_memoryTimer, &QTimer::timeout, m_memory, &MemoryPanel::refresh);
+    m_memoryTimer.start();
 }
 
 void frmMain::SetTitle()
 {
-    const QString title = QStringLiteral("Tarnwick");
     const QString name = m_document.displayName().trimmed();
-    setWindowTitle(name.isEmpty() ? title : m_document.displayName() + QStringLiteral(" - ") + title);
+    setWindowTitle(name.isEmpty() ? programTitle() : m_document.displayName() + QStringLiteral(" - ") + programTitle());
+}
+
+QString frmMain::title() const
+{
+    return m_titleStrip->text();
+}
+
+void frmMain::SelectPage(int index)
+{
+    if (index < 0 || index >= PageCount)
+        return;
+    m_msgBoard->setVisible(index != PK3Page);
+    if (index == 0)
+        SetText(QStringLiteral("Client / Player Settings"), 2);
+    else if (index == 2)
+        SetText(QStringLiteral("To define the key use the left button on your mouse.\r\n"
+                               "To delete the key use the right button on your mouse."),
+                2);
+    if (index == PK3Page && !m_currentPk3Name.isEmpty())
+        m_titleStrip->setText(QStringLiteral("PK3 Explorer - ") + m_currentPk3Name);
+    else
+        m_titleStrip->setText(QString::fromLatin1(pageInfo[index].title));
+    m_currentPage = index;
+    Q_EMIT pageSelected(index);
+    ShowControls(index == 2);
+    for (int i = 0; i < PageCount; ++i)
+        m_pages[i]->setVisible(i == index);
+    m_pageButtons[index]->setChecked(true);
+    if (index == 2) {
+        m_controlPage->showSubPage(0);
+        m_subPageButtons[0]->setChecked(true);
+    }
+}
+
+void frmMain::SelectControlSubPage(int index)
+{
+    if (index < 0 || index >= ControlPage::SubPageCount)
+        return;
+    m_titleStrip->setText(QStringLiteral("Control - ") + QString::fromLatin1(subPageCaptions[index]));
+    m_pages[2]->show();
+    m_controlPage->showSubPage(index);
+    m_subPageButtons[index]->setChecked(true);
+}
+
+void frmMain::ShowControls(bool show)
+{
+    m_controlsShown = show;
+    for (HoverButton *button : m_subPageButtons)
+        button->setVisible(show);
+    placeButtons();
+}
+
+void frmMain::placeButtons()
+{
+    for (int i = 0; i < PageCount; ++i) {
+        const int slot = i < 3 || !m_controlsShown ? i : i + 4;
+        m_pageButtons[i]->setGeometry(Twips::rect(30, 30 + slot * buttonPitch, 1560, buttonHeight));
+    }
+    for (int i = 0; i < 4; ++i)
+        m_subPageButtons[i]->setGeometry(Twips::rect(105, 30 + (3 + i) * buttonPitch, 1410, buttonHeight));
+}
+
+void frmMain::SetText(const QString &text, int msgType)
+{
+    m_msgBoard->DrawMsg(text, msgType);
+}
+
+void frmMain::setMenuHelp(const QString &text)
+{
+    m_menuHelp->setText(text);
+}
+
+void frmMain::setGradient(bool on)
+{
+    m_titleStrip->setGradient(on);
+}
+
+void frmMain::setCurrentPk3Name(const QString &name)
+{
+    m_currentPk3Name = name;
+}
+
+void frmMain::layoutRegions()
+{
+    using Twips::px;
+    const int width = m_client->width();
+    const int height = m_client->height();
+    m_toolbarBand->setGeometry(0, 0, width, px(toolbarHeight));
+    m_leftBar->setGeometry(0, px(leftBarTop), px(leftBarWidth), height - px(toolbarHeight) - px(20));
+    const int left = px(leftBarWidth) + px(gap);
+    const int areaWidth = width - px(leftBarWidth) - px(2 * gap);
+    m_titleStrip->setGeometry(left, px(toolbarHeight) + px(gap), areaWidth, px(titleHeight));
+    const int pageHeight = height - px(pageTop) - px(helpHeight) - px(40);
+    for (QScrollArea *page : m_pages)
+        page->setGeometry(left, px(pageTop), areaWidth, pageHeight);
+    m_msgBoard->setGeometry(left, px(pageTop) + pageHeight, areaWidth, px(helpHeight));
+}
+
+bool frmMain::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_client && event->type() == QEvent::Resize)
+        layoutRegions();
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void frmMain::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    // The opening size is the outer size: once the frame is known, take it off the client area.
+    if (!m_sizedToFrame && frameGeometry().size() != size()) {
+        m_sizedToFrame = true;
+        resize(size() - (frameGeometry().size() - size()));
+    }
+}
+
+void frmMain::askClientPassword()
+{
+    if (!m_password)
+        m_password = new frmPassword(this);
+    m_password->setPassword(m_clientPassword);
+    if (m_password->exec() == QDialog::Accepted)
+        m_clientPassword = m_password->password();
+}
+
+bool frmMain::loadFile(const QString &path)
+{
+    QString error;
+    if (OpenCfgFile(m_document, path, &error))
+        return true;
+    QMessageBox::critical(this, programTitle(), error);
+    return false;
 }

@@ -1,21 +1,94 @@
-// frmMain: Tarnwick's main window, the owner of the open document.
+// frmMain: Tarnwick's main window — the page buttons on the left, the page under its title strip,
+// the help board below it and the status bar; the owner of the open document.
 #pragma once
 
 #include "ConfigDocument.h"
 
+#include <QList>
 #include <QMainWindow>
+#include <QTimer>
+#include <array>
+
+class ControlBinder;
+class ControlPage;
+class HoverButton;
+class LeftBar;
+class MemoryPanel;
+class MsgBoard;
+class QLabel;
+class QScrollArea;
+class TitleStrip;
+class frmPassword;
 
 class frmMain : public QMainWindow
 {
     Q_OBJECT
 
 public:
+    static constexpr int PageCount = 8;
+    static constexpr int PK3Page = 7;
+
     explicit frmMain(QWidget *parent = nullptr);
+    ~frmMain() override;
 
     ConfigDocument &document() { return m_document; }
     /// The caption: the document's name, " - ", and the program title; the title alone for a blank name.
     void SetTitle();
+    /// Shows a page (0 Client ... 7 PK3 Explorer); other indices do nothing.
+    void SelectPage(int index);
+    /// Shows a sub-page of the Control page (0 Move ... 3 Miscellaneous); other indices do nothing.
+    void SelectControlSubPage(int index);
+    /// Shows or hides the Control page's sub-page buttons, moving the lower page buttons.
+    void ShowControls(bool show);
+    /// The help board's text and message type.
+    void SetText(const QString &text, int msgType);
+    /// The status bar's menu help panel.
+    void setMenuHelp(const QString &text);
+    /// The title strip's colour gradient (flat when off).
+    void setGradient(bool on);
+    /// The name of the archive the PK3 page shows, for its title ("" when none is open).
+    void setCurrentPk3Name(const QString &name);
+    /// Reads a configuration into the document; on failure a message box shows why.
+    bool loadFile(const QString &path);
+
+    int currentPage() const { return m_currentPage; }
+    QString title() const;
+    static QString programTitle() { return QStringLiteral("Tarnwick"); }
+
+Q_SIGNALS:
+    /// A page was selected (the HUD preview shows its HUD picture for the HUD Display page).
+    void pageSelected(int index);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
+    void buildLeftBar();
+    void buildPages();
+    void buildStatusBar();
+    void layoutRegions();
+    void placeButtons();
+    void askClientPassword();
+
     ConfigDocument m_document;
+    ControlBinder *m_binder;
+    QWidget *m_client;
+    QWidget *m_toolbarBand;
+    LeftBar *m_leftBar;
+    TitleStrip *m_titleStrip;
+    MsgBoard *m_msgBoard;
+    QLabel *m_menuHelp = nullptr;
+    MemoryPanel *m_memory = nullptr;
+    QTimer m_memoryTimer;
+    std::array<HoverButton *, PageCount> m_pageButtons{};
+    std::array<HoverButton *, 4> m_subPageButtons{};
+    std::array<QScrollArea *, PageCount> m_pages{};
+    ControlPage *m_controlPage = nullptr;
+    frmPassword *m_password = nullptr;
+    QString m_clientPassword;
+    QString m_currentPk3Name;
+    bool m_controlsShown = false;
+    bool m_sizedToFrame = false;
+    int m_currentPage = -1;
 };

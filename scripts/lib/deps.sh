@@ -14,6 +14,7 @@ TARNWICK_DEPS=(
     libzip-dev zipcmp zipmerge ziptool zip unzip
     xvfb xauth xdotool imagemagick x11-apps
     clang libclang-rt-14-dev gawk
+    fonts-wine  # a free Tahoma for the window text (loaded from Wine's font folder)
 )
 
 # Prints the packages of TARNWICK_DEPS that are not installed, one a line.

@@ -1,0 +1,128 @@
+#include "ControlPage.h"
+
+#include "ConfigDocument.h"
+#include "ControlBinder.h"
+#include "Keys.h"
+#include "TwinLabel.h"
+#include "frmKey.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QStackedLayout>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int rowHeight = 21;
+constexpr int rowGap = 4; // 60 twips between one action's label and the next
+
+QWidget *settingsColumn(ControlBinder &binder, std::initializer_list<const char *> controls)
+{
+    auto *column = new QWidget;
+    auto *layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    for (const char *name : controls) {
+        const QString control = QString::fromLatin1(name);
+        if (control.startsWith(u"sld"))
+            layout->addWidget(binder.label(control));
+        layout->addWidget(binder.control(control));
+    }
+    layout->addStretch(1);
+    return column;
+}
+
+} // namespace
+
+ControlPage::ControlPage(ConfigDocument &doc, ControlBinder &binder, QWidget *parent)
+    : QWidget(parent)
+    , m_doc(doc)
+    , m_stack(new QStackedLayout(this))
+{
+    m_stack->setContentsMargins(0, 0, 0, 0);
+    m_stack->addWidget(buildSubPage("picMove", "Move", "lblMove", settingsColumn(binder, {"chkRun", "sldMsSen"})));
+    m_stack->addWidget(buildSubPage("picShoot", "Shoot", "lblShoot", settingsColumn(binder, {"chkWSwitch"})));
+    m_stack->addWidget(buildSubPage("picLook", "Look", "lblLook", nullptr));
+    m_stack->addWidget(buildSubPage("picMisc", "Misc", "lblMisc", nullptr));
+    connect(&m_doc, &ConfigDocument::bindingsChanged, this, &ControlPage::showBindings);
+    showBindings();
+}
+
+QWidget *ControlPage::buildSubPage(const char *name, const char *page, const char *labels, QWidget *settings)
+{
+    auto *sub = new QWidget;
+    sub->setObjectName(QString::fromLatin1(name));
+    auto *grid = new QGridLayout(sub);
+    grid->setContentsMargins(8, 4, 8, 4);
+    grid->setHorizontalSpacing(12);
+    grid->setVerticalSpacing(rowGap);
+    auto *heading = new QLabel(QStringLiteral("Function Key\\Button"));
+    heading->setObjectName(QString::fromLatin1(labels) + QStringLiteral("Heading"));
+    grid->addWidget(heading, 0, 1, Qt::AlignHCenter);
+    int row = 1;
+    for (int action = 0; action < ActionTable::Count; ++action) {
+        if (qstrcmp(ActionTable::actions()[action].page, page) != 0)
+            continue;
+        auto *label = new QLabel(ActionTable::caption(action));
+        label->setObjectName(QString::fromLatin1(labels) + u'_' + QString::number(row - 1));
+        label->setFixedHeight(rowHeight);
+        grid->addWidget(label, row, 0);
+
+        auto *keys = new Keys;
+        keys->setObjectName(QStringLiteral("btnKeys_%1").arg(action));
+        keys->Clear();
+        keys->setBind(ActionTable::quotedCommand(action));
+        keys->setForeColor(palette().color(QPalette::Highlight));
+        keys->setFixedHeight(rowHeight);
+        connect(keys, &Keys::Click, this, [this, action] { defineKey(action, KeySlot::First); });
+        connect(keys, &Keys::Click2, this, [this, action] { defineKey(action, KeySlot::Second); });
+        connect(keys, &Keys::MouseUp, this, [this, action](Qt::MouseButton button) {
+            if (button == Qt::RightButton)
+                m_doc.DeleteKey(action, KeySlot::First);
+        });
+        connect(keys, &Keys::MouseUp2, this, [this, action](Qt::MouseButton button) {
+            if (button == Qt::RightButton)
+                m_doc.DeleteKey(action, KeySlot::Second);
+        });
+        m_keys[action] = keys;
+        grid->addWidget(keys, row, 1);
+        ++row;
+    }
+    grid->setRowStretch(row, 1);
+    grid->setColumnStretch(3, 1);
+    if (settings)
+        grid->addWidget(settings, 1, 2, row - 1, 1);
+    return sub;
+}
+
+QWidget *ControlPage::subPage(int index) const
+{
+    return m_stack->widget(index);
+}
+
+void ControlPage::showSubPage(int index)
+{
+    m_stack->setCurrentIndex(index);
+}
+
+int ControlPage::currentSubPage() const
+{
+    return m_stack->currentIndex();
+}
+
+void ControlPage::showBindings()
+{
+    for (int action = 0; action < ActionTable::Count; ++action) {
+        const ActionBinding &b = m_doc.bindings().at(action);
+        m_keys[action]->setCaption(b.firstKey);
+        m_keys[action]->setCaption2(b.secondKey);
+    }
+}
+
+void ControlPage::defineKey(int action, KeySlot slot)
+{
+    const KeyCaptureResult result = CaptureKey(window());
+    if (!result.cancelled && !result.keyName.isEmpty())
+        m_doc.DefineKey(action, slot, result.keyName);
+}

@@ -1,0 +1,567 @@
+// Drives the real main window: pages and the left bar, the help board, dependencies, slider labels,
+// text fields, key buttons, and a configuration shown in every control.
+#include "AppFont.h"
+#include "ConfigWriter.h"
+#include "ControlRules.h"
+#include "Keys.h"
+#include "MsgBoard.h"
+#include "SettingCatalog.h"
+#include "TitleStrip.h"
+#include "frmKey.h"
+#include "frmMain.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDirIterator>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSlider>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+class tst_MainWindow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+    void startsWithNoPageSelected();
+    void selectPage_data();
+    void selectPage();
+    void leftBarPositions();
+    void controlSubPages_data();
+    void controlSubPages();
+    void pagesFitAtOpeningSize();
+    void helpTexts_data();
+    void helpTexts();
+    void dependencies_data();
+    void dependencies();
+    void sliderLabels_data();
+    void sliderLabels();
+    void fieldsThatMayNotBeEmpty_data();
+    void fieldsThatMayNotBeEmpty();
+    void editsMarkModified();
+    void keyButtonsDefineMoveAndDelete();
+    void corpusFilesShowAndWriteBack();
+
+private:
+    template<typename T>
+    T *find(const QString &name) const
+    {
+        T *widget = m_window->findChild<T *>(name);
+        if (!widget)
+            qFatal("no widget %s", qPrintable(name));
+        return widget;
+    }
+    MsgBoard *board() const { return find<MsgBoard>(QStringLiteral("MsgBoard1")); }
+    void hover(QWidget *widget) const;
+    void setChecked(const QString &box, bool on) const;
+    int buttonTop(const QString &name) const { return find<QWidget>(name)->geometry().top(); }
+
+    frmMain *m_window = nullptr;
+};
+
+void tst_MainWindow::initTestCase()
+{
+    AppFont::install();
+}
+
+void tst_MainWindow::init()
+{
+    m_window = new frmMain;
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+}
+
+void tst_MainWindow::cleanup()
+{
+    delete m_window;
+    m_window = nullptr;
+}
+
+void tst_MainWindow::hover(QWidget *widget) const
+{
+    const QPointF centre = QRectF(widget->rect()).center();
+    QEnterEvent enter(centre, widget->mapTo(m_window, centre), widget->mapToGlobal(centre));
+    QApplication::sendEvent(widget, &enter);
+}
+
+void tst_MainWindow::setChecked(const QString &box, bool on) const
+{
+    auto *check = find<QCheckBox>(box);
+    if (check->isChecked() != on)
+        check->click();
+}
+
+void tst_MainWindow::startsWithNoPageSelected()
+{
+    QCOMPARE(m_window->windowTitle(), QStringLiteral("Untitled - Tarnwick"));
+    QCOMPARE(m_window->title(), QStringLiteral("Tarnwick"));
+    QCOMPARE(board()->Message(), QStringLiteral("Welcome to Tarnwick."));
+    QCOMPARE(board()->MsgType(), 2);
+    for (const char *page : {"picPlayer", "picServer", "picCtrls", "picGFX", "picNet", "picHUD", "picRail", "picPK3"})
+        QVERIFY2(!find<QWidget>(QString::fromLatin1(page))->isVisible(), page);
+    for (int i = 0; i < 4; ++i)
+        QVERIFY(!find<QWidget>(QStringLiteral("btnCtrls_%1").arg(i))->isVisible());
+    QVERIFY(!m_window->document().isModified());
+    // The size the window opens at, in pixels of 15 twips.
+    QCOMPARE(m_window->frameGeometry().size(), QSize(695, 500));
+}
+
+void tst_MainWindow::selectPage_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("container");
+    QTest::addColumn<QString>("title");
+    QTest::addColumn<QString>("help"); // empty: the board keeps what it showed
+    QTest::addColumn<bool>("boardShown");
+
+    const QString unchanged;
+    QTest::newRow("Client") << 0 << "picPlayer" << "Client Settings" << "Client / Player Settings" << true;
+    QTest::newRow("Server") << 1 << "picServer" << "Server Settings" << unchanged << true;
+    QTest::newRow("Control") << 2 << "picCtrls" << "Control - Move"
+                             << "To define the key use the left button on your mouse.\r\n"
+                                "To delete the key use the right button on your mouse."
+                             << true;
+    QTest::newRow("Renderer") << 3 << "picGFX" << "Renderer Settings" << unchanged << true;
+    QTest::newRow("Sound") << 4 << "picNet" << "Sound & Network Settings" << unchanged << true;
+    QTest::newRow("HUD") << 5 << "picHUD" << "HUD Display Settings" << unchanged << true;
+    QTest::newRow("Railgun") << 6 << "picRail" << "Railgun Settings" << unchanged << true;
+    QTest::newRow("PK3") << 7 << "picPK3" << "PK3 Explorer" << unchanged << false;
+}
+
+void tst_MainWindow::selectPage()
+{
+    QFETCH(int, index);
+    QFETCH(QString, container);
+    QFETCH(QString, title);
+    QFETCH(QString, help);
+    QFETCH(bool, boardShown);
+
+    // Start from another page, so every container has been shown once and must hide again.
+    find<QAbstractButton>(QStringLiteral("btnMain_%1").arg((index + 1) % frmMain::PageCount))->click();
+    const QString before = board()->Message();
+    QTest::mouseClick(find<QWidget>(QStringLiteral("btnMain_%1").arg(index)), Qt::LeftButton);
+    QCOMPARE(m_window->title(), title);
+    QCOMPARE(find<TitleStrip>(QStringLiteral("picMsg"))->text(), title);
+    for (QScrollArea *page : m_window->findChildren<QScrollArea *>()) {
+        if (page->parentWidget() == m_window->centralWidget())
+            QCOMPARE(page->isVisible(), page->objectName() == container);
+    }
+    QCOMPARE(board()->isVisible(), boardShown);
+    QCOMPARE(board()->Message(), help.isEmpty() ? before : help);
+    QCOMPARE(board()->MsgType(), 2);
+
+    // Indices outside the pages change nothing.
+    m_window->SelectPage(8);
+    m_window->SelectPage(-1);
+    QCOMPARE(m_window->currentPage(), index);
+}
+
+void tst_MainWindow::leftBarPositions()
+{
+    // Tops in twips, 15 to a pixel.
+    const QList<int> hidden{30, 420, 810, 1200, 1590, 1980, 2370, 2760};
+    const QList<int> shown{30, 420, 810, 2760, 3150, 3540, 3930, 4320};
+    const QList<int> subPages{1200, 1590, 1980, 2370};
+    const auto check = [this](const QList<int> &tops) {
+        for (int i = 0; i < frmMain::PageCount; ++i)
+            QCOMPARE(buttonTop(QStringLiteral("btnMain_%1").arg(i)), tops[i] / 15);
+    };
+    check(hidden);
+    m_window->SelectPage(2);
+    check(shown);
+    for (int i = 0; i < 4; ++i) {
+        QWidget *button = find<QWidget>(QStringLiteral("btnCtrls_%1").arg(i));
+        QVERIFY(button->isVisible());
+        QCOMPARE(button->geometry(), QRect(7, subPages[i] / 15, 94, 25));
+    }
+    QCOMPARE(find<QWidget>(QStringLiteral("btnMain_3"))->geometry(), QRect(2, 184, 104, 25));
+    m_window->SelectPage(5);
+    check(hidden);
+    QVERIFY(!find<QWidget>(QStringLiteral("btnCtrls_0"))->isVisible());
+}
+
+void tst_MainWindow::controlSubPages_data()
+{
+    QTest::addColumn<int>("index");
+    QTest::addColumn<QString>("subPage");
+    QTest::addColumn<QString>("title");
+    QTest::newRow("Move") << 0 << "picMove" << "Control - Move";
+    QTest::newRow("Shoot") << 1 << "picShoot" << "Control - Shoot";
+    QTest::newRow("Look") << 2 << "picLook" << "Control - Look";
+    QTest::newRow("Misc") << 3 << "picMisc" << "Control - Miscellaneous";
+}
+
+void tst_MainWindow::controlSubPages()
+{
+    QFETCH(int, index);
+    QFETCH(QString, subPage);
+    QFETCH(QString, title);
+
+    m_window->SelectPage(2);
+    QTest::mouseClick(find<QWidget>(QStringLiteral("btnCtrls_%1").arg(index)), Qt::LeftButton);
+    QCOMPARE(m_window->title(), title);
+    for (const char *name : {"picMove", "picShoot", "picLook", "picMisc"})
+        QCOMPARE(find<QWidget>(QString::fromLatin1(name))->isVisible(), subPage == QLatin1StringView(name));
+    // Clicking Control again starts over on Move.
+    m_window->SelectPage(2);
+    QVERIFY(find<QWidget>(QStringLiteral("picMove"))->isVisible());
+    QCOMPARE(m_window->title(), QStringLiteral("Control - Move"));
+}
+
+void tst_MainWindow::pagesFitAtOpeningSize()
+{
+    // A desktop frame takes a border and a caption off the opening size; the pages must still fit.
+    m_window->resize(695 - 8, 500 - 31);
+    for (int page = 0; page < frmMain::PK3Page; ++page) {
+        m_window->SelectPage(page);
+        for (int sub = 0; sub < (page == 2 ? 4 : 1); ++sub) {
+            if (page == 2)
+                m_window->SelectControlSubPage(sub);
+            QApplication::processEvents();
+            auto *area = qobject_cast<QScrollArea *>(
+                m_window->findChildren<QScrollArea *>().at(0)->parentWidget()->findChildren<QScrollArea *>().at(page));
+            QVERIFY(area);
+            const QSize need = area->widget()->minimumSizeHint();
+            const QSize have = area->viewport()->size();
+            QVERIFY2(!area->verticalScrollBar()->isVisible() && !area->horizontalScrollBar()->isVisible(),
+                     qPrintable(QStringLiteral("%1 needs %2x%3, has %4x%5")
+                                    .arg(area->objectName())
+                                    .arg(need.width())
+                                    .arg(need.height())
+                                    .arg(have.width())
+                                    .arg(have.height())));
+        }
+    }
+}
+
+void tst_MainWindow::helpTexts_data()
+{
+    QTest::addColumn<QString>("control");
+    QTest::addColumn<QStringList>("checked"); // boxes checked first
+    QTest::addColumn<QStringList>("cleared"); // boxes cleared first
+    QTest::addColumn<int>("shadows");         // position of the shadow list, -1 to leave it
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("type");
+
+    const QStringList none;
+    QTest::newRow("plain") << "chkBlood" << none << none << -1
+                           << "Enables the rendering of blood trails. Can considerably increase framerate for "
+                              "VooDoo 1/2/3 owners in heavy deathmatch if this option is disabled."
+                           << 2;
+    QTest::newRow("full screen warns") << "chkFullScr" << none << none << -1
+                                       << "Toggles between Window en Fullscreen mode.\r\n"
+                                          "Warning: VooDoo 1/2/3 cards do not support window mode."
+                                       << 0;
+    QTest::newRow("delta checked") << "chkDelta" << QStringList{"chkDelta"} << none << -1
+                                   << "Toggles Delta Compression" << 2;
+    QTest::newRow("delta clear") << "chkDelta" << none << QStringList{"chkDelta"} << -1
+                                 << "Only disable Delta Compression if you encounter U_REMOVE problems during gameplay."
+                                 << 1;
+    QTest::newRow("GL extensions checked") << "chkGLExt" << QStringList{"chkGLExt"} << none << -1
+                                           << "Enables OpenGL extensions." << 2;
+    QTest::newRow("GL extensions clear")
+        << "chkGLExt" << none << QStringList{"chkGLExt"} << -1
+        << "Enables OpenGL extensions.\r\nWarning: It is recommended you enable this option." << 1;
+    QTest::newRow("UDP clear") << "chkUDP" << none << QStringList{"chkUDP"} << -1
+                               << "Enables TCP/IP network protocol." << 2;
+    QTest::newRow("UDP checked") << "chkUDP" << QStringList{"chkUDP"} << none << -1
+                                 << "Disables TCP/IP network protocol.\r\nThis will disable you from playing online!"
+                                 << 1;
+    QTest::newRow("ordinary shadows without marks")
+        << "cbShadows" << none << QStringList{"chkMarks"} << 1
+        << "Sets type of shadows rendering.\r\nTo enable Ordinary Shadows you must set Marks On Walls on." << 1;
+    QTest::newRow("ordinary shadows with marks") << "cbShadows" << QStringList{"chkMarks"} << none << 1
+                                                 << "Sets type of shadows rendering." << 2;
+    QTest::newRow("stencil shadows without marks") << "cbShadows" << none << QStringList{"chkMarks"} << 2
+                                                   << "Sets type of shadows rendering." << 2;
+    QTest::newRow("second option") << "optLighting_1" << none << none << -1
+                                   << "Toggles rendering of lightmaps without rendering textures." << 2;
+    QTest::newRow("model button") << "cmdModel" << none << none << -1 << "Press this button to select player model."
+                                  << 2;
+    QTest::newRow("no help keeps the board") << "chkCurve" << none << none << -1 << "Welcome to Tarnwick." << 2;
+    QTest::newRow("award field has none") << "txtAwards_2" << none << none << -1 << "Welcome to Tarnwick." << 2;
+}
+
+void tst_MainWindow::helpTexts()
+{
+    QFETCH(QString, control);
+    QFETCH(QStringList, checked);
+    QFETCH(QStringList, cleared);
+    QFETCH(int, shadows);
+    QFETCH(QString, text);
+    QFETCH(int, type);
+
+    for (const QString &box : checked)
+        setChecked(box, true);
+    for (const QString &box : cleared)
+        setChecked(box, false);
+    if (shadows >= 0)
+        find<QComboBox>(QStringLiteral("cbShadows"))->setCurrentIndex(shadows);
+    hover(find<QWidget>(control));
+    QCOMPARE(board()->Message(), text);
+    QCOMPARE(board()->MsgType(), type);
+}
+
+void tst_MainWindow::dependencies_data()
+{
+    QTest::addColumn<QStringList>("checked"); // boxes checked, in order
+    QTest::addColumn<QStringList>("cleared"); // then boxes cleared, in order
+    QTest::addColumn<QStringList>("enabled");
+    QTest::addColumn<QStringList>("disabled");
+
+    const QStringList none;
+    QTest::newRow("2D off takes the HUD with it")
+        << QStringList{"chkStBar", "chkIcons", "chkCHair"} << QStringList{"chk2D"}
+        << none << QStringList{"chkStBar", "chkFPS", "chkTimer", "chkKiller", "chkLAW", "chkMotd", "chkCHair",
+                               "chkIcons", "chkLAG", "chk3DIcons", "slCHairSize"};
+    QTest::newRow("2D on, status bar off") << QStringList{"chk2D", "chkIcons"} << QStringList{"chkStBar"}
+                                           << QStringList{"chkStBar", "chkFPS", "chkCHair"}
+                                           << QStringList{"chkIcons", "chkLAG", "chk3DIcons"};
+    QTest::newRow("everything on") << QStringList{"chk2D", "chkStBar", "chkIcons", "chkCHair"} << none
+                                   << QStringList{"chkIcons", "chkLAG", "chk3DIcons", "slCHairSize"} << none;
+    // The icons box judges the 3D icons by 2D and itself alone.
+    QTest::newRow("icons after status bar off") << QStringList{"chk2D"} << QStringList{"chkStBar"} << none << none;
+    QTest::newRow("crosshair off") << QStringList{"chk2D"} << QStringList{"chkCHair"} << none
+                                   << QStringList{"slCHairSize"};
+    QTest::newRow("flares") << QStringList{"chkFlares"} << none << QStringList{"txtFlSize", "txtFlFade"} << none;
+    QTest::newRow("no flares") << none << QStringList{"chkFlares"} << none << QStringList{"txtFlSize", "txtFlFade"};
+    QTest::newRow("blood") << none << QStringList{"chkBlood"} << none << QStringList{"chkGibs"};
+    QTest::newRow("high sky") << QStringList{"chkHighSky"} << none << none << QStringList{"chkVTP", "chkSun"};
+    QTest::newRow("low sky") << none << QStringList{"chkHighSky"} << QStringList{"chkVTP", "chkSun"} << none;
+    QTest::newRow("messages") << none << QStringList{"chkMsg"} << none << QStringList{"txtNTime"};
+    QTest::newRow("A3D") << QStringList{"chkA3D"} << none << QStringList{"sld2dsnd", "chkA3D_GP"} << none;
+    QTest::newRow("no A3D") << none << QStringList{"chkA3D"} << none << QStringList{"sld2dsnd", "chkA3D_GP"};
+    QTest::newRow("third person") << QStringList{"chk3dPerson"} << none << QStringList{"sldAngle", "sldRange"} << none;
+    QTest::newRow("private server") << QStringList{"chkPrivSv"} << none << QStringList{"cmdClPas"} << none;
+    QTest::newRow("public server") << none << QStringList{"chkPrivSv"} << none << QStringList{"cmdClPas"};
+}
+
+void tst_MainWindow::dependencies()
+{
+    QFETCH(QStringList, checked);
+    QFETCH(QStringList, cleared);
+    QFETCH(QStringList, enabled);
+    QFETCH(QStringList, disabled);
+
+    // Toggle each box through the other state, so its change handler runs whatever it started as.
+    for (const QString &box : checked) {
+        setChecked(box, false);
+        setChecked(box, true);
+    }
+    for (const QString &box : cleared) {
+        setChecked(box, true);
+        setChecked(box, false);
+    }
+    if (qstrcmp(QTest::currentDataTag(), "icons after status bar off") == 0) {
+        // The box is disabled now, so only the program changes it (as a read does).
+        ConfigDocument &doc = m_window->document();
+        const int icons = SettingCatalog::instance().indexOfControl(u"chkIcons");
+        doc.setState(icons, 0, 0);
+        doc.setState(icons, 0, 1);
+        QVERIFY(find<QWidget>(QStringLiteral("chk3DIcons"))->isEnabled());
+        return;
+    }
+    for (const QString &name : enabled)
+        QVERIFY2(find<QWidget>(name)->isEnabled(), qPrintable(name));
+    for (const QString &name : disabled)
+        QVERIFY2(!find<QWidget>(name)->isEnabled(), qPrintable(name));
+}
+
+void tst_MainWindow::sliderLabels_data()
+{
+    QTest::addColumn<QString>("slider");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QString>("greyedTwin");
+
+    QTest::newRow("gamma") << "sldGamma" << 10 << "Gamma: 1.0" << "lblGammaDis";
+    QTest::newRow("gamma top") << "sldGamma" << 30 << "Gamma: 3.0" << "lblGammaDis";
+    QTest::newRow("volume") << "sldEVol" << 7 << "Effect Volume: 0.7" << "lblEVolDis";
+    QTest::newRow("sensitivity") << "sldMsSen" << 55 << "Mouse Sensitivity: 5.5" << "lblMsSenDis";
+    QTest::newRow("crosshair") << "slCHairSize" << 33 << "Crosshair Size: 33" << "lblCHairSizeDis";
+    QTest::newRow("no handicap") << "sldHandicap" << 100 << "Handicap: 100 / None" << "lblHandicapDis";
+    QTest::newRow("handicap") << "sldHandicap" << 99 << "Handicap: 99" << "lblHandicapDis";
+    QTest::newRow("team chat") << "sldTCT" << 12 << "Team Chat Time: 12 min" << "lblTCTDis";
+    QTest::newRow("range") << "sldRange" << 250 << "3rd Person Range: 250" << "lblRangeDis";
+    QTest::newRow("2D sound, both labels") << "sld2dsnd" << 4 << "2D Sound: 0.4" << "lbl2dsnddis";
+}
+
+void tst_MainWindow::sliderLabels()
+{
+    QFETCH(QString, slider);
+    QFETCH(int, position);
+    QFETCH(QString, label);
+    QFETCH(QString, greyedTwin);
+
+    find<QSlider>(slider)->setValue(position);
+    QCOMPARE(find<QLabel>(greyedTwin)->text(), label);
+    QString normal = greyedTwin;
+    normal.chop(3);
+    QCOMPARE(find<QLabel>(normal)->text(), label);
+    QCOMPARE(m_window->document().state(slider), position);
+}
+
+void tst_MainWindow::fieldsThatMayNotBeEmpty_data()
+{
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("afterClearing");
+    QTest::newRow("force respawn") << "txtForce" << "0";
+    QTest::newRow("an award") << "txtAwards_3" << "0";
+    QTest::newRow("field of view may be empty") << "txtFOV" << "";
+    QTest::newRow("name may be empty") << "txtName" << "";
+}
+
+void tst_MainWindow::fieldsThatMayNotBeEmpty()
+{
+    QFETCH(QString, field);
+    QFETCH(QString, afterClearing);
+
+    m_window->SelectPage(field == u"txtFOV" ? 3 : 0);
+    auto *edit = find<QLineEdit>(field);
+    edit->setFocus();
+    edit->selectAll();
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    QCOMPARE(edit->text(), afterClearing);
+    QCOMPARE(edit->cursorPosition(), afterClearing.size());
+    QCOMPARE(m_window->document().text(field.section(u'_', 0, 0), field.section(u'_', 1).toInt()), afterClearing);
+    // Number fields take digits only.
+    QTest::keyClicks(edit, QStringLiteral("4x2"));
+    const bool digitsOnly = ControlRules::isNumericField(field.section(u'_', 0, 0));
+    QCOMPARE(edit->text(), afterClearing + (digitsOnly ? QStringLiteral("42") : QStringLiteral("4x2")));
+}
+
+void tst_MainWindow::editsMarkModified()
+{
+    ConfigDocument &doc = m_window->document();
+    const QList<std::function<void()>> edits{
+        [this] { find<QCheckBox>(QStringLiteral("chkBlood"))->click(); },
+        [this] { find<QRadioButton>(QStringLiteral("optLighting_1"))->click(); },
+        [this] { find<QComboBox>(QStringLiteral("cbResolution"))->setCurrentIndex(5); },
+        [this] { find<QSlider>(QStringLiteral("sldGamma"))->setValue(15); },
+        [this] { find<QLineEdit>(QStringLiteral("txtName"))->setText(QStringLiteral("Visor")); },
+        [this] { find<QCheckBox>(QStringLiteral("chkTiers_4"))->click(); },
+        [this] { find<QCheckBox>(QStringLiteral("chkPure"))->click(); },
+    };
+    for (const auto &edit : edits) {
+        doc.setModified(false);
+        edit();
+        QVERIFY(doc.isModified());
+    }
+    QCOMPARE(doc.state(QStringLiteral("optLighting")), 1);
+    QCOMPARE(doc.state(QStringLiteral("cbResolution")), 5);
+    QCOMPARE(doc.text(QStringLiteral("txtName")), QStringLiteral("Visor"));
+    QCOMPARE(doc.state(QStringLiteral("chkTiers"), 4), 1);
+}
+
+void tst_MainWindow::keyButtonsDefineMoveAndDelete()
+{
+    ConfigDocument &doc = m_window->document();
+    m_window->SelectPage(2);
+    const auto press = [this](int action, bool right, Qt::Key key) {
+        // The capture dialog is modal: answer it once it is up.
+        QTimer::singleShot(0, this, [key] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            QVERIFY(qobject_cast<frmKey *>(dialog));
+            QTest::keyClick(dialog, key);
+        });
+        auto *keys = find<Keys>(QStringLiteral("btnKeys_%1").arg(action));
+        QTest::mouseClick(keys, Qt::LeftButton, {}, QPoint(keys->width() * (right ? 3 : 1) / 4, keys->height() / 2));
+    };
+    press(1, false, Qt::Key_W);
+    QCOMPARE(doc.bindings().at(1).firstKey, QStringLiteral("W"));
+    QCOMPARE(find<Keys>(QStringLiteral("btnKeys_1"))->Caption(), QStringLiteral("W"));
+    QVERIFY(doc.isModified());
+
+    // W taken for Move Backward's second key leaves Move Forward.
+    press(2, true, Qt::Key_W);
+    QCOMPARE(doc.bindings().at(1).firstKey, QString());
+    QCOMPARE(doc.bindings().at(2).secondKey, QStringLiteral("W"));
+    QCOMPARE(find<Keys>(QStringLiteral("btnKeys_2"))->Caption2(), QStringLiteral("W"));
+
+    // Esc changes nothing, not even the modified flag.
+    doc.setModified(false);
+    press(2, false, Qt::Key_Escape);
+    QCOMPARE(doc.bindings().at(2).firstKey, QString());
+    QVERIFY(!doc.isModified());
+
+    // A right click deletes, also an empty half, and marks the document modified.
+    auto *keys = find<Keys>(QStringLiteral("btnKeys_2"));
+    QTest::mouseClick(keys, Qt::RightButton, {}, QPoint(keys->width() * 3 / 4, keys->height() / 2));
+    QCOMPARE(doc.bindings().at(2).secondKey, QString());
+    QCOMPARE(keys->Caption2(), QString());
+    doc.setModified(false);
+    QTest::mouseClick(keys, Qt::RightButton, {}, QPoint(keys->width() / 4, keys->height() / 2));
+    QVERIFY(doc.isModified());
+    // The middle button does nothing.
+    doc.setModified(false);
+    QTest::mouseClick(keys, Qt::MiddleButton, {}, QPoint(keys->width() / 4, keys->height() / 2));
+    QVERIFY(!doc.isModified());
+}
+
+void tst_MainWindow::corpusFilesShowAndWriteBack()
+{
+    const SettingCatalog &catalog = SettingCatalog::instance();
+    QTemporaryDir out;
+    int files = 0;
+    QDirIterator it(QStringLiteral(TARNWICK_CORPUS), QDir::Files);
+    while (it.hasNext()) {
+        const QString path = it.next();
+        ++files;
+        // A read keeps what an earlier read left where the file is silent: start each file afresh,
+        // as the command-line program does.
+        cleanup();
+        init();
+        QVERIFY2(m_window->loadFile(path), qPrintable(path));
+        const ConfigDocument &doc = m_window->document();
+        QVERIFY(!doc.isModified());
+        QCOMPARE(m_window->windowTitle(), doc.displayName() + QStringLiteral(" - Tarnwick"));
+
+        // Every control shows the document's value.
+        for (int row = 0; row < catalog.rows().size(); ++row) {
+            const SettingRow &r = catalog.row(row);
+            for (int k = 0; k < r.count; ++k) {
+                const QString name =
+                    r.count > 1 ? r.control + u'_' + QString::number(k) : r.control;
+                if (r.kind == ControlKind::OptionPair)
+                    QVERIFY(find<QRadioButton>(r.control + u'_' + QString::number(doc.state(row)))->isChecked());
+                else if (auto *box = qobject_cast<QCheckBox *>(find<QWidget>(name)))
+                    QCOMPARE(box->isChecked(), doc.state(row, k) != 0);
+                else if (auto *list = qobject_cast<QComboBox *>(find<QWidget>(name)))
+                    QCOMPARE(list->currentIndex(), doc.state(row));
+                else if (auto *slider = qobject_cast<QSlider *>(find<QWidget>(name)))
+                    QCOMPARE(slider->value(), doc.state(row));
+                else if (auto *edit = qobject_cast<QLineEdit *>(find<QWidget>(name)))
+                    QCOMPARE(edit->text(), doc.text(row, k));
+                else if (r.isStored())
+                    QCOMPARE(find<QPushButton>(name)->text(), doc.text(row, k));
+            }
+        }
+        for (const ControlRules::Enablement &e : ControlRules::allEffects(doc))
+            QCOMPARE(find<QWidget>(e.control)->isEnabled(), e.enabled);
+        for (int action = 0; action < ActionTable::Count; ++action)
+            QCOMPARE(find<Keys>(QStringLiteral("btnKeys_%1").arg(action))->Caption(), doc.bindings().at(action).firstKey);
+
+        // The window's document writes what the command-line program writes.
+        const QString cliOut = out.filePath(QStringLiteral("cli.cfg"));
+        QCOMPARE(QProcess::execute(QStringLiteral(TARNWICK_CLI), {QStringLiteral("rewrite"), path, cliOut}), 0);
+        QFile written(cliOut);
+        QVERIFY(written.open(QIODevice::ReadOnly));
+        QVERIFY2(ConfigWriter::fileBytes(doc, FileScope::Whole) == written.readAll(), qPrintable(path));
+        written.close();
+    }
+    QVERIFY(files > 0);
+}
+
+QTEST_MAIN(tst_MainWindow)
+#include "tst_MainWindow.moc"

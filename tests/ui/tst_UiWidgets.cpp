@@ -1,0 +1,353 @@
+// Tests for the reusable window components: help board, title strip, page buttons, memory panel, links.
+#include "HoverButton.h"
+#include "LinkLabel.h"
+#include "MemoryPanel.h"
+#include "MsgBoard.h"
+#include "TitleStrip.h"
+
+#include <QEnterEvent>
+#include <QSignalSpy>
+#include <QTest>
+
+namespace {
+
+class CountingBoard : public MsgBoard
+{
+public:
+    int paints = 0;
+
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        ++paints;
+        MsgBoard::paintEvent(event);
+    }
+};
+
+QImage cellImage(const QImage &sheet, QPoint cell)
+{
+    return sheet.copy(QRect(cell, QSize(16, 16)));
+}
+
+} // namespace
+
+class tst_UiWidgets : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void iconCellOfType_data();
+    void iconCellOfType();
+    void sheetHasFourDistinctIconsOnTheBoardColour();
+    void sheetFollowsThePalette();
+    void boardColourKeepsTextReadable_data();
+    void boardColourKeepsTextReadable();
+    void repaintsOnlyWhenTheMessageChanges_data();
+    void repaintsOnlyWhenTheMessageChanges();
+    void gradientColumns_data();
+    void gradientColumns();
+    void memoryTexts_data();
+    void memoryTexts();
+    void parsesMemInfo_data();
+    void parsesMemInfo();
+    void queriesThisMachine();
+    void linkActivatesOnReleaseOverIt_data();
+    void linkActivatesOnReleaseOverIt();
+    void hoverButtonTracksTheMouse();
+};
+
+void tst_UiWidgets::iconCellOfType_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<bool>("hasIcon");
+    QTest::addColumn<QPoint>("cell");
+    QTest::newRow("0 full-screen warning") << 0 << true << QPoint(17, 16);
+    QTest::newRow("1 caution") << 1 << true << QPoint(0, 16);
+    QTest::newRow("2 information") << 2 << true << QPoint(0, 0);
+    QTest::newRow("3 hint") << 3 << true << QPoint(17, 0);
+    QTest::newRow("-1 none") << -1 << false << QPoint();
+    QTest::newRow("4 none") << 4 << false << QPoint();
+}
+
+void tst_UiWidgets::iconCellOfType()
+{
+    QFETCH(int, type);
+    QFETCH(bool, hasIcon);
+    QFETCH(QPoint, cell);
+    const auto actual = MsgBoard::iconCell(type);
+    QCOMPARE(actual.has_value(), hasIcon);
+    if (hasIcon)
+        QCOMPARE(*actual, cell);
+}
+
+void tst_UiWidgets::sheetHasFourDistinctIconsOnTheBoardColour()
+{
+    MsgBoard board;
+    const QImage sheet = board.iconSheet();
+    QCOMPARE(sheet.size(), QSize(33, 32));
+    const QRgb background = MsgBoard::boardColor(board.palette()).rgb();
+    for (int y = 0; y < sheet.height(); ++y) {
+        for (int x = 0; x < sheet.width(); ++x)
+            QVERIFY2(
+                sheet.pixel(x, y) != qRgb(255, 0, 255), qPrintable(QStringLiteral("magenta at %1,%2").arg(x).arg(y)));
+    }
+    QList<QImage> cells;
+    for (int type = 0; type < 4; ++type) {
+        const QImage cell = cellImage(sheet, *MsgBoard::iconCell(type));
+        int drawn = 0;
+        for (int y = 0; y < 16; ++y) {
+            for (int x = 0; x < 16; ++x)
+                drawn += cell.pixel(x, y) != background;
+        }
+        QVERIFY2(drawn > 64, qPrintable(QStringLiteral("type %1 is nearly empty").arg(type)));
+        QVERIFY(!cells.contains(cell));
+        cells.append(cell);
+    }
+}
+
+void tst_UiWidgets::sheetFollowsThePalette()
+{
+    MsgBoard board;
+    QPalette pal = board.palette();
+    pal.setColor(QPalette::WindowText, Qt::black);
+    pal.setColor(QPalette::Dark, QColor(150, 170, 190));
+    board.setPalette(pal);
+    // Column 16 lies between the cells, so it is background on every row.
+    QCOMPARE(QColor(board.iconSheet().pixel(16, 5)), QColor(150, 170, 190));
+}
+
+void tst_UiWidgets::boardColourKeepsTextReadable_data()
+{
+    QTest::addColumn<QColor>("text");
+    QTest::addColumn<QColor>("dark");
+    QTest::addColumn<QColor>("mid");
+    QTest::addColumn<QColor>("window");
+    QTest::addColumn<QColor>("expected");
+    const QColor black(Qt::black);
+    const QColor white(Qt::white);
+    QTest::newRow("workspace grey under black")
+        << black << QColor(160, 160, 160) << QColor(200, 200, 200) << white << QColor(160, 160, 160);
+    QTest::newRow("too dark, mid reads") << black << QColor(60, 60, 60) << QColor(180, 180, 180) << white
+                                         << QColor(180, 180, 180);
+    QTest::newRow("both too dark") << black << QColor(40, 40, 40) << QColor(70, 70, 70) << white << white;
+    QTest::newRow("dark theme, light text")
+        << white << QColor(30, 30, 30) << QColor(60, 60, 60) << QColor(50, 50, 50) << QColor(30, 30, 30);
+}
+
+void tst_UiWidgets::boardColourKeepsTextReadable()
+{
+    QFETCH(QColor, text);
+    QFETCH(QColor, dark);
+    QFETCH(QColor, mid);
+    QFETCH(QColor, window);
+    QFETCH(QColor, expected);
+    QPalette pal;
+    pal.setColor(QPalette::WindowText, text);
+    pal.setColor(QPalette::Dark, dark);
+    pal.setColor(QPalette::Mid, mid);
+    pal.setColor(QPalette::Window, window);
+    QCOMPARE(MsgBoard::boardColor(pal), expected);
+}
+
+void tst_UiWidgets::repaintsOnlyWhenTheMessageChanges_data()
+{
+    QTest::addColumn<int>("change");
+    QTest::addColumn<bool>("repaints");
+    QTest::newRow("message") << 0 << true;
+    QTest::newRow("type") << 1 << false;
+    QTest::newRow("both") << 2 << true;
+}
+
+void tst_UiWidgets::repaintsOnlyWhenTheMessageChanges()
+{
+    QFETCH(int, change);
+    QFETCH(bool, repaints);
+    CountingBoard board;
+    board.resize(300, 60);
+    board.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&board));
+    QTRY_VERIFY(board.paints > 0);
+    QTest::qWait(20);
+    board.paints = 0;
+
+    if (change == 0)
+        board.setMessage(QStringLiteral("Line one\r\nLine two"));
+    else if (change == 1)
+        board.setMsgType(0);
+    else
+        board.DrawMsg(QStringLiteral("Shown"), 3);
+
+    if (repaints) {
+        QTRY_VERIFY(board.paints > 0);
+    } else {
+        QTest::qWait(50);
+        QCOMPARE(board.paints, 0);
+        QCOMPARE(board.MsgType(), 0);
+    }
+}
+
+void tst_UiWidgets::gradientColumns_data()
+{
+    QTest::addColumn<bool>("gradient");
+    QTest::addColumn<int>("depth");
+    QTest::addColumn<bool>("blended");
+    QTest::newRow("gradient, true colour") << true << 24 << true;
+    QTest::newRow("gradient, 8 bit") << true << 8 << false;
+    QTest::newRow("flat") << false << 32 << false;
+}
+
+void tst_UiWidgets::gradientColumns()
+{
+    QFETCH(bool, gradient);
+    QFETCH(int, depth);
+    QFETCH(bool, blended);
+    const QColor face(240, 200, 40);
+    const QColor shadow(40, 80, 160);
+    const QImage image = TitleStrip::DrawGrad(QSize(101, 4), face, shadow, gradient, depth);
+    QCOMPARE(image.size(), QSize(101, 4));
+    QCOMPARE(QColor(image.pixel(0, 0)), shadow);
+    QCOMPARE(QColor(image.pixel(100, 3)), blended ? face : shadow);
+    const QColor middle = image.pixel(50, 2);
+    if (blended) {
+        QCOMPARE(middle, QColor(140, 140, 100)); // halfway on every channel
+        QVERIFY(QColor(image.pixel(25, 1)).red() < middle.red()); // nearer the shadow on the left
+    } else {
+        QCOMPARE(middle, shadow);
+    }
+    for (int y = 1; y < image.height(); ++y)
+        QCOMPARE(image.pixel(37, y), image.pixel(37, 0));
+}
+
+void tst_UiWidgets::memoryTexts_data()
+{
+    QTest::addColumn<quint64>("totalK");
+    QTest::addColumn<quint64>("availableK");
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("panel");
+    QTest::addColumn<QString>("toolTip");
+    QTest::newRow("quarter free") << quint64(131072) << quint64(32768) << "en_US"
+                                  << "Free RAM Mem: 25%"
+                                  << "RAM Mem Usage (K): 98,304 / 131,072";
+    QTest::newRow("German grouping") << quint64(131072) << quint64(32768) << "de_DE"
+                                     << "Free RAM Mem: 25%"
+                                     << "RAM Mem Usage (K): 98.304 / 131.072";
+    QTest::newRow("four digits at least") << quint64(1000) << quint64(488) << "en_US"
+                                          << "Free RAM Mem: 49%"
+                                          << "RAM Mem Usage (K): 0,512 / 1,000";
+    QTest::newRow("half rounds up") << quint64(1000) << quint64(125) << "en_US"
+                                    << "Free RAM Mem: 13%"
+                                    << "RAM Mem Usage (K): 0,875 / 1,000";
+    QTest::newRow("below half rounds down") << quint64(1000) << quint64(124) << "en_US"
+                                            << "Free RAM Mem: 12%"
+                                            << "RAM Mem Usage (K): 0,876 / 1,000";
+    QTest::newRow("millions") << quint64(16384000) << quint64(16384000) << "en_US"
+                              << "Free RAM Mem: 100%"
+                              << "RAM Mem Usage (K): 0,000 / 16,384,000";
+    QTest::newRow("tiny total") << quint64(50) << quint64(25) << "en_US"
+                                << "Free RAM Mem: 0%"
+                                << "RAM Mem Usage (K): 0,025 / 0,050";
+}
+
+void tst_UiWidgets::memoryTexts()
+{
+    QFETCH(quint64, totalK);
+    QFETCH(quint64, availableK);
+    QFETCH(QString, locale);
+    QFETCH(QString, panel);
+    QFETCH(QString, toolTip);
+    const MemoryStatus status { totalK, availableK };
+    QCOMPARE(MemoryPanel::panelText(status), panel);
+    QCOMPARE(MemoryPanel::toolTipText(status, QLocale(locale)), toolTip);
+}
+
+void tst_UiWidgets::parsesMemInfo_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<bool>("found");
+    QTest::addColumn<quint64>("totalK");
+    QTest::addColumn<quint64>("availableK");
+    QTest::newRow("kernel layout") << QByteArray("MemTotal:       16303512 kB\nMemFree:          812344 kB\n"
+                                                 "MemAvailable:    9876543 kB\nBuffers:  1 kB\n")
+                                   << true << quint64(16303512) << quint64(9876543);
+    QTest::newRow("key inside another name")
+        << QByteArray("HugeMemTotal: 5 kB\nMemTotal: 200 kB\nMemAvailable: 50 kB\n") << true << quint64(200)
+        << quint64(50);
+    QTest::newRow("old kernel, no MemAvailable")
+        << QByteArray("MemTotal: 200 kB\nMemFree: 50 kB\n") << false << quint64(0) << quint64(0);
+}
+
+void tst_UiWidgets::parsesMemInfo()
+{
+    QFETCH(QByteArray, text);
+    QFETCH(bool, found);
+    QFETCH(quint64, totalK);
+    QFETCH(quint64, availableK);
+    const auto status = MemoryPanel::parseMemInfo(std::string_view(text.constData(), std::size_t(text.size())));
+    QCOMPARE(status.has_value(), found);
+    if (found) {
+        QCOMPARE(status->totalK, totalK);
+        QCOMPARE(status->availableK, availableK);
+    }
+}
+
+void tst_UiWidgets::queriesThisMachine()
+{
+#if !defined(Q_OS_LINUX) && !defined(Q_OS_WIN)
+    QSKIP("No memory query on this system");
+#endif
+    MemoryPanel panel;
+    for (int i = 0; i < 2; ++i) { // the second read starts from the top again
+        const auto status = panel.query();
+        QVERIFY(status.has_value());
+        QVERIFY(status->availableK > 0);
+        QVERIFY(status->totalK > status->availableK);
+    }
+    panel.refresh();
+    QVERIFY(panel.text().startsWith(QStringLiteral("Free RAM Mem: ")));
+    QVERIFY(panel.toolTip().startsWith(QStringLiteral("RAM Mem Usage (K): ")));
+}
+
+void tst_UiWidgets::linkActivatesOnReleaseOverIt_data()
+{
+    QTest::addColumn<QPoint>("releaseAt");
+    QTest::addColumn<int>("activations");
+    QTest::newRow("released over the link") << QPoint(5, 5) << 1;
+    QTest::newRow("dragged off before release") << QPoint(-20, 5) << 0;
+}
+
+void tst_UiWidgets::linkActivatesOnReleaseOverIt()
+{
+    QFETCH(QPoint, releaseAt);
+    QFETCH(int, activations);
+    const QUrl url(QStringLiteral("mailto:someone@example.invalid"));
+    LinkLabel link(QStringLiteral("Someone"), url);
+    link.resize(100, 20);
+    QSignalSpy spy(&link, &LinkLabel::activated);
+
+    QTest::mousePress(&link, Qt::LeftButton, {}, QPoint(5, 5));
+    QVERIFY(link.isHeld());
+    QCOMPARE(link.palette().color(QPalette::WindowText), QColor(255, 0, 0));
+    QCOMPARE(spy.count(), 0);
+
+    QTest::mouseRelease(&link, Qt::LeftButton, {}, releaseAt);
+    QVERIFY(!link.isHeld());
+    QCOMPARE(link.palette().color(QPalette::WindowText), QColor(0, 0, 255));
+    QCOMPARE(spy.count(), activations);
+    if (activations)
+        QCOMPARE(spy.at(0).at(0).toUrl(), url);
+}
+
+void tst_UiWidgets::hoverButtonTracksTheMouse()
+{
+    HoverButton button(QStringLiteral("Graphics"));
+    QVERIFY(!button.isHovered());
+    QEnterEvent enter(QPointF(2, 2), QPointF(2, 2), QPointF(2, 2));
+    QCoreApplication::sendEvent(&button, &enter);
+    QVERIFY(button.isHovered());
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(&button, &leave);
+    QVERIFY(!button.isHovered());
+}
+
+QTEST_MAIN(tst_UiWidgets)
+#include "tst_UiWidgets.moc"
