@@ -1,10 +1,11 @@
 #include "CfgNumber.h"
 
 #include <QLocale>
+#include <array>
 #include <charconv>
 #include <cfloat>
 #include <cmath>
-#include <QVarLengthArray>
+#include <string>
 #include <string_view>
 
 namespace CfgNumber {
@@ -58,10 +59,17 @@ double convert(QStringView number)
     const bool negative = number.startsWith(u'-');
     if (number.startsWith(u'+') || negative)
         number = number.mid(1);
-    QVarLengthArray<char, 64> buffer(number.size());
+    // Short numbers, nearly all of them, convert without touching the heap.
+    std::array<char, 64> onStack{};
+    std::string onHeap;
+    char *buffer = onStack.data();
+    if (number.size() > qsizetype(onStack.size())) {
+        onHeap.resize(size_t(number.size()));
+        buffer = onHeap.data();
+    }
     for (qsizetype i = 0; i < number.size(); ++i)
         buffer[i] = char(number[i].unicode()); // digits, point, exponent: all ASCII
-    const std::string_view bytes(buffer.constData(), size_t(buffer.size()));
+    const std::string_view bytes(buffer, size_t(number.size()));
     double value = 0;
     const auto [end, ec] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), value);
     Q_UNUSED(end);

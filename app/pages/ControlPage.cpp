@@ -6,6 +6,7 @@
 #include "TwinLabel.h"
 #include "frmKey.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMouseEvent>
@@ -118,6 +119,16 @@ void ControlPage::showBindings()
         m_keys[action]->setCaption(b.firstKey);
         m_keys[action]->setCaption2(b.secondKey);
     }
+}
+
+void ControlPage::changeEvent(QEvent *event)
+{
+    // The first key of every action stands out in the desktop's highlight colour, whatever it now is.
+    if (event->type() == QEvent::PaletteChange) {
+        for (Keys *keys : m_keys)
+            keys->setForeColor(palette().color(QPalette::Highlight));
+    }
+    QWidget::changeEvent(event);
 }
 
 void ControlPage::defineKey(int action, KeySlot slot)

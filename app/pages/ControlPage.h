@@ -26,6 +26,9 @@ public:
     int currentSubPage() const;
     Keys *keyButton(int action) const { return m_keys.at(action); }
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     QWidget *buildSubPage(const char *name, const char *page, const char *labels, QWidget *settings);
     void showBindings();

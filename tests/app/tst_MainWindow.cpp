@@ -41,6 +41,9 @@ private Q_SLOTS:
     void controlSubPages_data();
     void controlSubPages();
     void pagesFitAtOpeningSize();
+    void regionsFollowTheWindow();
+    void largerFontScrollsInsteadOfClipping();
+    void clientPasswordDialog();
     void helpTexts_data();
     void helpTexts();
     void dependencies_data();
@@ -243,6 +246,60 @@ void tst_MainWindow::pagesFitAtOpeningSize()
                                     .arg(have.height())));
         }
     }
+}
+
+void tst_MainWindow::regionsFollowTheWindow()
+{
+    m_window->resize(900, 700);
+    QApplication::processEvents();
+    m_window->SelectPage(3);
+    const QWidget *client = m_window->centralWidget();
+    const int width = client->width();
+    const int height = client->height();
+    // Twips: toolbar band 390, left bar 1630 wide from 400 down, strip 300 high, pages from 740 down,
+    // help board 480 high, 30 between regions.
+    QCOMPARE(find<QWidget>(QStringLiteral("picLBar"))->geometry(), QRect(0, 27, 109, height - 26 - 1));
+    QCOMPARE(find<QWidget>(QStringLiteral("picMsg"))->geometry(), QRect(111, 28, width - 109 - 4, 20));
+    const int pageHeight = height - 49 - 32 - 3;
+    QCOMPARE(find<QWidget>(QStringLiteral("picGFX"))->geometry(), QRect(111, 49, width - 113, pageHeight));
+    QCOMPARE(board()->geometry(), QRect(111, 49 + pageHeight, width - 113, 32));
+}
+
+void tst_MainWindow::largerFontScrollsInsteadOfClipping()
+{
+    QFont big = QApplication::font();
+    big.setPointSize(big.pointSize() * 2);
+    m_window->setFont(big);
+    m_window->SelectPage(3);
+    QApplication::processEvents();
+    auto *page = find<QScrollArea>(QStringLiteral("picGFX"));
+    QVERIFY(page->verticalScrollBar()->isVisible() || page->horizontalScrollBar()->isVisible());
+    QVERIFY(page->widget()->height() >= page->widget()->minimumSizeHint().height());
+}
+
+void tst_MainWindow::clientPasswordDialog()
+{
+    m_window->SelectPage(1);
+    auto *button = find<QPushButton>(QStringLiteral("cmdClPas"));
+    QVERIFY(!button->isEnabled());
+    setChecked(QStringLiteral("chkPrivSv"), true);
+    QVERIFY(button->isEnabled());
+    m_window->document().setModified(false);
+    const auto answer = [this, button](const QString &expectPrefill, const QString &type, bool ok) {
+        QTimer::singleShot(0, this, [=] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            QVERIFY(dialog);
+            auto *field = dialog->findChild<QLineEdit *>(QStringLiteral("txtPass"));
+            QCOMPARE(field->text(), expectPrefill);
+            field->setText(type);
+            dialog->findChild<QPushButton *>(ok ? QStringLiteral("cmdOK") : QStringLiteral("cmdCancel"))->click();
+        });
+        button->click();
+    };
+    answer(QString(), QStringLiteral("s3cret"), true);
+    answer(QStringLiteral("s3cret"), QStringLiteral("other"), false); // Cancel keeps the password
+    answer(QStringLiteral("s3cret"), QString(), true);
+    QVERIFY(!m_window->document().isModified()); // the password is no setting of the file
 }
 
 void tst_MainWindow::helpTexts_data()
