@@ -9,15 +9,15 @@ namespace AppFont {
 
 namespace {
 
-const QString family = QStringLiteral("Tahoma");
+    const QString family = QStringLiteral("Tahoma");
 
-// Wine's fonts package carries a free Tahoma outside fontconfig's folders.
-const char *const freeTahomaFiles[] = {
-    "/usr/share/wine/fonts/tahoma.ttf",
-    "/usr/share/wine/fonts/tahomabd.ttf",
-    "/usr/share/fonts/truetype/wine/tahoma.ttf",
-    "/usr/share/fonts/truetype/wine/tahomabd.ttf",
-};
+    // Wine's fonts package carries a free Tahoma outside fontconfig's folders.
+    const char *const freeTahomaFiles[] = {
+        "/usr/share/wine/fonts/tahoma.ttf",
+        "/usr/share/wine/fonts/tahomabd.ttf",
+        "/usr/share/fonts/truetype/wine/tahoma.ttf",
+        "/usr/share/fonts/truetype/wine/tahomabd.ttf",
+    };
 
 } // namespace
 
@@ -32,8 +32,9 @@ void install()
     }
     if (!QFontDatabase::families().contains(family)) {
         // Similar widths and a tall x-height, in the order they come closest.
-        QFont::insertSubstitutions(family, {QStringLiteral("Liberation Sans"), QStringLiteral("Arimo"),
-                                            QStringLiteral("Arial"), QStringLiteral("DejaVu Sans")});
+        QFont::insertSubstitutions(family,
+            { QStringLiteral("Liberation Sans"), QStringLiteral("Arimo"), QStringLiteral("Arial"),
+                QStringLiteral("DejaVu Sans") });
     }
     QFont font(family);
     font.setPointSize(8);

@@ -3,10 +3,10 @@
 #include "ControlRules.h"
 #include "TwinLabel.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
-#include <QAbstractItemView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
@@ -34,17 +34,17 @@ QString widgetName(const SettingRow &r, int index)
 std::pair<QString, QString> labelNames(const QString &control)
 {
     if (control == u"sld2dsnd")
-        return {QStringLiteral("lbl2dsnd"), QStringLiteral("lbl2dsnddis")};
+        return { QStringLiteral("lbl2dsnd"), QStringLiteral("lbl2dsnddis") };
     QString base = control;
-    for (const char *prefix : {"sld", "sl", "txt", "cb", "cmd"}) {
-        if (base.startsWith(QLatin1StringView(prefix)) && base.size() > int(strlen(prefix)) &&
-            !base.at(int(strlen(prefix))).isLower()) {
+    for (const char *prefix : { "sld", "sl", "txt", "cb", "cmd" }) {
+        if (base.startsWith(QLatin1StringView(prefix)) && base.size() > int(strlen(prefix))
+            && !base.at(int(strlen(prefix))).isLower()) {
             base = base.mid(int(strlen(prefix)));
             break;
         }
     }
     const QString name = QStringLiteral("lbl") + base;
-    return {name, name + QStringLiteral("Dis")};
+    return { name, name + QStringLiteral("Dis") };
 }
 
 QString helpKey(const SettingRow &r, int index)
@@ -75,7 +75,7 @@ QWidget *ControlBinder::control(const QString &name, int index)
         widgets[index] = makeControl(row, index);
         widgets[index]->setObjectName(widgetName(r, index));
         widgets[index]->installEventFilter(this);
-        m_where.insert(widgets[index], {row, index});
+        m_where.insert(widgets[index], { row, index });
         showValue(row, index);
         wire(widgets[index], row, index);
     }

@@ -47,6 +47,6 @@ private:
 
     ConfigDocument &m_doc;
     QHash<int, QList<QWidget *>> m_widgets; // row to its widgets, index order (null where not made yet)
-    QHash<QString, TwinLabel *> m_labels;    // control name to its caption label
+    QHash<QString, TwinLabel *> m_labels; // control name to its caption label
     QHash<const QObject *, std::pair<int, int>> m_where; // widget to its row and index
 };

@@ -29,18 +29,18 @@ struct PageInfo
     const char *title;
 };
 
-const std::array<PageInfo, frmMain::PageCount> pageInfo{{
-    {"Client", "picPlayer", "Client Settings"},
-    {"Server", "picServer", "Server Settings"},
-    {"Control", "picCtrls", "Control - Move"},
-    {"Renderer", "picGFX", "Renderer Settings"},
-    {"Sound / Network", "picNet", "Sound & Network Settings"},
-    {"HUD Display", "picHUD", "HUD Display Settings"},
-    {"Railgun", "picRail", "Railgun Settings"},
-    {"PK3 Explorer", "picPK3", "PK3 Explorer"},
-}};
+const std::array<PageInfo, frmMain::PageCount> pageInfo { {
+    { "Client", "picPlayer", "Client Settings" },
+    { "Server", "picServer", "Server Settings" },
+    { "Control", "picCtrls", "Control - Move" },
+    { "Renderer", "picGFX", "Renderer Settings" },
+    { "Sound / Network", "picNet", "Sound & Network Settings" },
+    { "HUD Display", "picHUD", "HUD Display Settings" },
+    { "Railgun", "picRail", "Railgun Settings" },
+    { "PK3 Explorer", "picPK3", "PK3 Explorer" },
+} };
 
-const std::array<const char *, 4> subPageCaptions{"Move", "Shoot", "Look", "Miscellaneous"};
+const std::array<const char *, 4> subPageCaptions { "Move", "Shoot", "Look", "Miscellaneous" };
 
 // Measures of the window's regions, in twips.
 constexpr int toolbarHeight = 390;
@@ -118,11 +118,15 @@ void frmMain::buildLeftBar()
 void frmMain::buildPages()
 {
     m_controlPage = new ControlPage(m_document, *m_binder);
-    const std::array<QWidget *, PageCount> contents{
-        PageLayouts::clientPage(*m_binder),   PageLayouts::serverPage(*m_binder),
-        m_controlPage,                         PageLayouts::rendererPage(*m_binder),
-        PageLayouts::soundNetworkPage(*m_binder), PageLayouts::hudPage(*m_binder),
-        PageLayouts::railgunPage(*m_binder),  new QWidget,
+    const std::array<QWidget *, PageCount> contents {
+        PageLayouts::clientPage(*m_binder),
+        PageLayouts::serverPage(*m_binder),
+        m_controlPage,
+        PageLayouts::rendererPage(*m_binder),
+        PageLayouts::soundNetworkPage(*m_binder),
+        PageLayouts::hudPage(*m_binder),
+        PageLayouts::railgunPage(*m_binder),
+        new QWidget,
     };
     for (int i = 0; i < PageCount; ++i) {
         m_pages[i] = new SettingsPage(QString::fromLatin1(pageInfo[i].container), contents[i], m_client);
@@ -139,8 +143,6 @@ void frmMain::buildStatusBar()
     m_menuHelp->setMinimumWidth(64);
     bar->addWidget(m_menuHelp, 1);
     m_memory = new MemoryPanel(bar);
-    m_memory->setObjectName(QStringLiteral("PAN2"));
-    m_memory->setMinimumWidth(102);
     bar->addPermanentWidget(m_memory);
     m_memory->refresh();
     m_memoryTimer.setObjectName(QStringLiteral("cTimer1"));
@@ -170,7 +172,7 @@ void frmMain::SelectPage(int index)
     else if (index == 2)
         SetText(QStringLiteral("To define the key use the left button on your mouse.\r\n"
                                "To delete the key use the right button on your mouse."),
-                2);
+            2);
     if (index == PK3Page && !m_currentPk3Name.isEmpty())
         m_titleStrip->setText(QStringLiteral("PK3 Explorer - ") + m_currentPk3Name);
     else

@@ -81,9 +81,9 @@ private:
     QLabel *m_menuHelp = nullptr;
     MemoryPanel *m_memory = nullptr;
     QTimer m_memoryTimer;
-    std::array<HoverButton *, PageCount> m_pageButtons{};
-    std::array<HoverButton *, 4> m_subPageButtons{};
-    std::array<QScrollArea *, PageCount> m_pages{};
+    std::array<HoverButton *, PageCount> m_pageButtons {};
+    std::array<HoverButton *, 4> m_subPageButtons {};
+    std::array<QScrollArea *, PageCount> m_pages {};
     ControlPage *m_controlPage = nullptr;
     frmPassword *m_password = nullptr;
     QString m_clientPassword;

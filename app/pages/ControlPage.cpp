@@ -42,8 +42,8 @@ ControlPage::ControlPage(ConfigDocument &doc, ControlBinder &binder, QWidget *pa
     , m_stack(new QStackedLayout(this))
 {
     m_stack->setContentsMargins(0, 0, 0, 0);
-    m_stack->addWidget(buildSubPage("picMove", "Move", "lblMove", settingsColumn(binder, {"chkRun", "sldMsSen"})));
-    m_stack->addWidget(buildSubPage("picShoot", "Shoot", "lblShoot", settingsColumn(binder, {"chkWSwitch"})));
+    m_stack->addWidget(buildSubPage("picMove", "Move", "lblMove", settingsColumn(binder, { "chkRun", "sldMsSen" })));
+    m_stack->addWidget(buildSubPage("picShoot", "Shoot", "lblShoot", settingsColumn(binder, { "chkWSwitch" })));
     m_stack->addWidget(buildSubPage("picLook", "Look", "lblLook", nullptr));
     m_stack->addWidget(buildSubPage("picMisc", "Misc", "lblMisc", nullptr));
     connect(&m_doc, &ConfigDocument::bindingsChanged, this, &ControlPage::showBindings);

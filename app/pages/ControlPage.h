@@ -36,5 +36,5 @@ private:
 
     ConfigDocument &m_doc;
     QStackedLayout *m_stack;
-    std::array<Keys *, ActionTable::Count> m_keys{};
+    std::array<Keys *, ActionTable::Count> m_keys {};
 };

@@ -14,114 +14,114 @@ namespace PageLayouts {
 
 namespace {
 
-constexpr int numberWidth = 40; // wide enough for five digits
+    constexpr int numberWidth = 40; // wide enough for five digits
 
-// A grid of rows: caption | control | unit. Checks and sliders span the row.
-class Form
-{
-public:
-    explicit Form(ControlBinder &binder)
-        : m_binder(binder)
-        , m_grid(new QGridLayout)
+    // A grid of rows: caption | control | unit. Checks and sliders span the row.
+    class Form
     {
-        m_grid->setContentsMargins(3, 1, 3, 2);
-        m_grid->setHorizontalSpacing(4);
-        m_grid->setVerticalSpacing(1);
-        m_grid->setColumnStretch(1, 1);
+    public:
+        explicit Form(ControlBinder &binder)
+            : m_binder(binder)
+            , m_grid(new QGridLayout)
+        {
+            m_grid->setContentsMargins(3, 1, 3, 2);
+            m_grid->setHorizontalSpacing(4);
+            m_grid->setVerticalSpacing(1);
+            m_grid->setColumnStretch(1, 1);
+        }
+
+        Form &check(const char *name, int index = 0)
+        {
+            m_grid->addWidget(m_binder.control(QString::fromLatin1(name), index), m_row++, 0, 1, 3);
+            return *this;
+        }
+        // Caption left, the control over the rest of the row.
+        Form &wide(const char *name)
+        {
+            const QString control = QString::fromLatin1(name);
+            m_grid->addWidget(m_binder.label(control), m_row, 0);
+            m_grid->addWidget(m_binder.control(control), m_row++, 1, 1, 2);
+            return *this;
+        }
+        // Caption left, a number field, an optional unit after it.
+        Form &number(const char *name, const char *unit = nullptr)
+        {
+            const QString control = QString::fromLatin1(name);
+            m_grid->addWidget(m_binder.label(control), m_row, 0);
+            m_grid->addWidget(numberField(control), m_row, 1, Qt::AlignLeft);
+            if (unit)
+                m_grid->addWidget(new QLabel(QString::fromLatin1(unit)), m_row, 2);
+            ++m_row;
+            return *this;
+        }
+        // A number field with its caption after it, as the railgun rows read.
+        Form &numberThenCaption(const char *name)
+        {
+            const QString control = QString::fromLatin1(name);
+            auto *row = new QHBoxLayout;
+            row->setSpacing(6);
+            row->addWidget(numberField(control));
+            row->addWidget(m_binder.label(control), 1);
+            m_grid->addLayout(row, m_row++, 0, 1, 3);
+            return *this;
+        }
+        // The value label over the slider.
+        Form &slider(const char *name)
+        {
+            const QString control = QString::fromLatin1(name);
+            m_grid->addWidget(m_binder.label(control), m_row++, 0, 1, 3);
+            m_grid->addWidget(m_binder.control(control), m_row++, 0, 1, 3);
+            return *this;
+        }
+        Form &widget(QWidget *widget, int column = 0, int span = 3)
+        {
+            m_grid->addWidget(widget, m_row++, column, 1, span);
+            return *this;
+        }
+        Form &layout(QLayout *layout)
+        {
+            m_grid->addLayout(layout, m_row++, 0, 1, 3);
+            return *this;
+        }
+        QGroupBox *group(const QString &title)
+        {
+            auto *box = new QGroupBox(title);
+            box->setLayout(m_grid);
+            return box;
+        }
+        QWidget *numberField(const QString &control, int index = 0)
+        {
+            QWidget *field = m_binder.control(control, index);
+            field->setFixedWidth(numberWidth);
+            return field;
+        }
+
+    private:
+        ControlBinder &m_binder;
+        QGridLayout *m_grid;
+        int m_row = 0;
+    };
+
+    QVBoxLayout *column(std::initializer_list<QWidget *> groups)
+    {
+        auto *col = new QVBoxLayout;
+        col->setSpacing(4);
+        for (QWidget *group : groups)
+            col->addWidget(group);
+        col->addStretch(1);
+        return col;
     }
 
-    Form &check(const char *name, int index = 0)
+    QWidget *page(std::initializer_list<QVBoxLayout *> columns)
     {
-        m_grid->addWidget(m_binder.control(QString::fromLatin1(name), index), m_row++, 0, 1, 3);
-        return *this;
+        auto *content = new QWidget;
+        auto *row = new QHBoxLayout(content);
+        row->setContentsMargins(0, 0, 0, 0);
+        row->setSpacing(4);
+        for (QVBoxLayout *col : columns)
+            row->addLayout(col, 1);
+        return content;
     }
-    // Caption left, the control over the rest of the row.
-    Form &wide(const char *name)
-    {
-        const QString control = QString::fromLatin1(name);
-        m_grid->addWidget(m_binder.label(control), m_row, 0);
-        m_grid->addWidget(m_binder.control(control), m_row++, 1, 1, 2);
-        return *this;
-    }
-    // Caption left, a number field, an optional unit after it.
-    Form &number(const char *name, const char *unit = nullptr)
-    {
-        const QString control = QString::fromLatin1(name);
-        m_grid->addWidget(m_binder.label(control), m_row, 0);
-        m_grid->addWidget(numberField(control), m_row, 1, Qt::AlignLeft);
-        if (unit)
-            m_grid->addWidget(new QLabel(QString::fromLatin1(unit)), m_row, 2);
-        ++m_row;
-        return *this;
-    }
-    // A number field with its caption after it, as the railgun rows read.
-    Form &numberThenCaption(const char *name)
-    {
-        const QString control = QString::fromLatin1(name);
-        auto *row = new QHBoxLayout;
-        row->setSpacing(6);
-        row->addWidget(numberField(control));
-        row->addWidget(m_binder.label(control), 1);
-        m_grid->addLayout(row, m_row++, 0, 1, 3);
-        return *this;
-    }
-    // The value label over the slider.
-    Form &slider(const char *name)
-    {
-        const QString control = QString::fromLatin1(name);
-        m_grid->addWidget(m_binder.label(control), m_row++, 0, 1, 3);
-        m_grid->addWidget(m_binder.control(control), m_row++, 0, 1, 3);
-        return *this;
-    }
-    Form &widget(QWidget *widget, int column = 0, int span = 3)
-    {
-        m_grid->addWidget(widget, m_row++, column, 1, span);
-        return *this;
-    }
-    Form &layout(QLayout *layout)
-    {
-        m_grid->addLayout(layout, m_row++, 0, 1, 3);
-        return *this;
-    }
-    QGroupBox *group(const QString &title)
-    {
-        auto *box = new QGroupBox(title);
-        box->setLayout(m_grid);
-        return box;
-    }
-    QWidget *numberField(const QString &control, int index = 0)
-    {
-        QWidget *field = m_binder.control(control, index);
-        field->setFixedWidth(numberWidth);
-        return field;
-    }
-
-private:
-    ControlBinder &m_binder;
-    QGridLayout *m_grid;
-    int m_row = 0;
-};
-
-QVBoxLayout *column(std::initializer_list<QWidget *> groups)
-{
-    auto *col = new QVBoxLayout;
-    col->setSpacing(4);
-    for (QWidget *group : groups)
-        col->addWidget(group);
-    col->addStretch(1);
-    return col;
-}
-
-QWidget *page(std::initializer_list<QVBoxLayout *> columns)
-{
-    auto *content = new QWidget;
-    auto *row = new QHBoxLayout(content);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->setSpacing(4);
-    for (QVBoxLayout *col : columns)
-        row->addLayout(col, 1);
-    return content;
-}
 
 } // namespace
 
@@ -159,22 +159,18 @@ QWidget *clientPage(ControlBinder &b)
         tierGrid->addWidget(b.control(QStringLiteral("chkTiers"), k), k % 4, k / 4);
     QGroupBox *videos = videosForm.layout(tierGrid).group(QStringLiteral("Videos"));
 
-    return page({column({player, view}), column({team, awards, videos})});
+    return page({ column({ player, view }), column({ team, awards, videos }) });
 }
 
 QWidget *serverPage(ControlBinder &b)
 {
-    QGroupBox *server = Form(b)
-                            .wide("txtHost")
-                            .wide("txtMSV1")
-                            .check("chkPure")
-                            .check("chkAutoDnld")
-                            .group(QStringLiteral("Server"));
+    QGroupBox *server
+        = Form(b).wide("txtHost").wide("txtMSV1").check("chkPure").check("chkAutoDnld").group(QStringLiteral("Server"));
     QGroupBox *clients = Form(b)
                              .check("chkPrivSv")
                              .widget(b.control(QStringLiteral("cmdClPas")), 0, 1)
                              .group(QStringLiteral("Clients"));
-    return page({column({server}), column({clients})});
+    return page({ column({ server }), column({ clients }) });
 }
 
 QWidget *rendererPage(ControlBinder &b)
@@ -233,7 +229,7 @@ QWidget *rendererPage(ControlBinder &b)
                             .number("txtHunkMegs")
                             .number("txtConSpeed")
                             .group(QStringLiteral("Performance"));
-    return page({column({display, textures}), column({lighting, extensions}), column({detail, memory})});
+    return page({ column({ display, textures }), column({ lighting, extensions }), column({ detail, memory }) });
 }
 
 QWidget *soundNetworkPage(ControlBinder &b)
@@ -261,7 +257,7 @@ QWidget *soundNetworkPage(ControlBinder &b)
                              .check("chkIPX")
                              .check("chkUDP")
                              .group(QStringLiteral("Network"));
-    return page({column({sound}), column({network})});
+    return page({ column({ sound }), column({ network }) });
 }
 
 QWidget *hudPage(ControlBinder &b)
@@ -292,7 +288,7 @@ QWidget *hudPage(ControlBinder &b)
                             .check("chkWModel")
                             .layout(messages)
                             .group(QStringLiteral("Combat"));
-    return page({column({screen}), column({combat})});
+    return page({ column({ screen }), column({ combat }) });
 }
 
 QWidget *railgunPage(ControlBinder &b)
@@ -304,7 +300,7 @@ QWidget *railgunPage(ControlBinder &b)
                           .numberThenCaption("txtDistCoil")
                           .numberThenCaption("txtTrail")
                           .group(QStringLiteral("Railgun"));
-    return page({column({rail}), column({})});
+    return page({ column({ rail }), column({}) });
 }
 
 } // namespace PageLayouts

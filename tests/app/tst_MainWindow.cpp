@@ -57,8 +57,7 @@ private Q_SLOTS:
     void corpusFilesShowAndWriteBack();
 
 private:
-    template<typename T>
-    T *find(const QString &name) const
+    template <typename T> T *find(const QString &name) const
     {
         T *widget = m_window->findChild<T *>(name);
         if (!widget)
@@ -111,7 +110,7 @@ void tst_MainWindow::startsWithNoPageSelected()
     QCOMPARE(m_window->title(), QStringLiteral("Tarnwick"));
     QCOMPARE(board()->Message(), QStringLiteral("Welcome to Tarnwick."));
     QCOMPARE(board()->MsgType(), 2);
-    for (const char *page : {"picPlayer", "picServer", "picCtrls", "picGFX", "picNet", "picHUD", "picRail", "picPK3"})
+    for (const char *page : { "picPlayer", "picServer", "picCtrls", "picGFX", "picNet", "picHUD", "picRail", "picPK3" })
         QVERIFY2(!find<QWidget>(QString::fromLatin1(page))->isVisible(), page);
     for (int i = 0; i < 4; ++i)
         QVERIFY(!find<QWidget>(QStringLiteral("btnCtrls_%1").arg(i))->isVisible());
@@ -129,17 +128,26 @@ void tst_MainWindow::selectPage_data()
     QTest::addColumn<bool>("boardShown");
 
     const QString unchanged;
-    QTest::newRow("Client") << 0 << "picPlayer" << "Client Settings" << "Client / Player Settings" << true;
-    QTest::newRow("Server") << 1 << "picServer" << "Server Settings" << unchanged << true;
-    QTest::newRow("Control") << 2 << "picCtrls" << "Control - Move"
+    QTest::newRow("Client") << 0 << "picPlayer"
+                            << "Client Settings"
+                            << "Client / Player Settings" << true;
+    QTest::newRow("Server") << 1 << "picServer"
+                            << "Server Settings" << unchanged << true;
+    QTest::newRow("Control") << 2 << "picCtrls"
+                             << "Control - Move"
                              << "To define the key use the left button on your mouse.\r\n"
                                 "To delete the key use the right button on your mouse."
                              << true;
-    QTest::newRow("Renderer") << 3 << "picGFX" << "Renderer Settings" << unchanged << true;
-    QTest::newRow("Sound") << 4 << "picNet" << "Sound & Network Settings" << unchanged << true;
-    QTest::newRow("HUD") << 5 << "picHUD" << "HUD Display Settings" << unchanged << true;
-    QTest::newRow("Railgun") << 6 << "picRail" << "Railgun Settings" << unchanged << true;
-    QTest::newRow("PK3") << 7 << "picPK3" << "PK3 Explorer" << unchanged << false;
+    QTest::newRow("Renderer") << 3 << "picGFX"
+                              << "Renderer Settings" << unchanged << true;
+    QTest::newRow("Sound") << 4 << "picNet"
+                           << "Sound & Network Settings" << unchanged << true;
+    QTest::newRow("HUD") << 5 << "picHUD"
+                         << "HUD Display Settings" << unchanged << true;
+    QTest::newRow("Railgun") << 6 << "picRail"
+                             << "Railgun Settings" << unchanged << true;
+    QTest::newRow("PK3") << 7 << "picPK3"
+                         << "PK3 Explorer" << unchanged << false;
 }
 
 void tst_MainWindow::selectPage()
@@ -173,9 +181,9 @@ void tst_MainWindow::selectPage()
 void tst_MainWindow::leftBarPositions()
 {
     // Tops in twips, 15 to a pixel.
-    const QList<int> hidden{30, 420, 810, 1200, 1590, 1980, 2370, 2760};
-    const QList<int> shown{30, 420, 810, 2760, 3150, 3540, 3930, 4320};
-    const QList<int> subPages{1200, 1590, 1980, 2370};
+    const QList<int> hidden { 30, 420, 810, 1200, 1590, 1980, 2370, 2760 };
+    const QList<int> shown { 30, 420, 810, 2760, 3150, 3540, 3930, 4320 };
+    const QList<int> subPages { 1200, 1590, 1980, 2370 };
     const auto check = [this](const QList<int> &tops) {
         for (int i = 0; i < frmMain::PageCount; ++i)
             QCOMPARE(buttonTop(QStringLiteral("btnMain_%1").arg(i)), tops[i] / 15);
@@ -199,10 +207,14 @@ void tst_MainWindow::controlSubPages_data()
     QTest::addColumn<int>("index");
     QTest::addColumn<QString>("subPage");
     QTest::addColumn<QString>("title");
-    QTest::newRow("Move") << 0 << "picMove" << "Control - Move";
-    QTest::newRow("Shoot") << 1 << "picShoot" << "Control - Shoot";
-    QTest::newRow("Look") << 2 << "picLook" << "Control - Look";
-    QTest::newRow("Misc") << 3 << "picMisc" << "Control - Miscellaneous";
+    QTest::newRow("Move") << 0 << "picMove"
+                          << "Control - Move";
+    QTest::newRow("Shoot") << 1 << "picShoot"
+                           << "Control - Shoot";
+    QTest::newRow("Look") << 2 << "picLook"
+                          << "Control - Look";
+    QTest::newRow("Misc") << 3 << "picMisc"
+                          << "Control - Miscellaneous";
 }
 
 void tst_MainWindow::controlSubPages()
@@ -214,7 +226,7 @@ void tst_MainWindow::controlSubPages()
     m_window->SelectPage(2);
     QTest::mouseClick(find<QWidget>(QStringLiteral("btnCtrls_%1").arg(index)), Qt::LeftButton);
     QCOMPARE(m_window->title(), title);
-    for (const char *name : {"picMove", "picShoot", "picLook", "picMisc"})
+    for (const char *name : { "picMove", "picShoot", "picLook", "picMisc" })
         QCOMPARE(find<QWidget>(QString::fromLatin1(name))->isVisible(), subPage == QLatin1StringView(name));
     // Clicking Control again starts over on Move.
     m_window->SelectPage(2);
@@ -238,12 +250,12 @@ void tst_MainWindow::pagesFitAtOpeningSize()
             const QSize need = area->widget()->minimumSizeHint();
             const QSize have = area->viewport()->size();
             QVERIFY2(!area->verticalScrollBar()->isVisible() && !area->horizontalScrollBar()->isVisible(),
-                     qPrintable(QStringLiteral("%1 needs %2x%3, has %4x%5")
-                                    .arg(area->objectName())
-                                    .arg(need.width())
-                                    .arg(need.height())
-                                    .arg(have.width())
-                                    .arg(have.height())));
+                qPrintable(QStringLiteral("%1 needs %2x%3, has %4x%5")
+                               .arg(area->objectName())
+                               .arg(need.width())
+                               .arg(need.height())
+                               .arg(have.width())
+                               .arg(have.height())));
         }
     }
 }
@@ -307,7 +319,7 @@ void tst_MainWindow::helpTexts_data()
     QTest::addColumn<QString>("control");
     QTest::addColumn<QStringList>("checked"); // boxes checked first
     QTest::addColumn<QStringList>("cleared"); // boxes cleared first
-    QTest::addColumn<int>("shadows");         // position of the shadow list, -1 to leave it
+    QTest::addColumn<int>("shadows"); // position of the shadow list, -1 to leave it
     QTest::addColumn<QString>("text");
     QTest::addColumn<int>("type");
 
@@ -320,28 +332,28 @@ void tst_MainWindow::helpTexts_data()
                                        << "Toggles between Window en Fullscreen mode.\r\n"
                                           "Warning: VooDoo 1/2/3 cards do not support window mode."
                                        << 0;
-    QTest::newRow("delta checked") << "chkDelta" << QStringList{"chkDelta"} << none << -1
+    QTest::newRow("delta checked") << "chkDelta" << QStringList { "chkDelta" } << none << -1
                                    << "Toggles Delta Compression" << 2;
-    QTest::newRow("delta clear") << "chkDelta" << none << QStringList{"chkDelta"} << -1
+    QTest::newRow("delta clear") << "chkDelta" << none << QStringList { "chkDelta" } << -1
                                  << "Only disable Delta Compression if you encounter U_REMOVE problems during gameplay."
                                  << 1;
-    QTest::newRow("GL extensions checked") << "chkGLExt" << QStringList{"chkGLExt"} << none << -1
-                                           << "Enables OpenGL extensions." << 2;
+    QTest::newRow("GL extensions checked")
+        << "chkGLExt" << QStringList { "chkGLExt" } << none << -1 << "Enables OpenGL extensions." << 2;
     QTest::newRow("GL extensions clear")
-        << "chkGLExt" << none << QStringList{"chkGLExt"} << -1
+        << "chkGLExt" << none << QStringList { "chkGLExt" } << -1
         << "Enables OpenGL extensions.\r\nWarning: It is recommended you enable this option." << 1;
-    QTest::newRow("UDP clear") << "chkUDP" << none << QStringList{"chkUDP"} << -1
+    QTest::newRow("UDP clear") << "chkUDP" << none << QStringList { "chkUDP" } << -1
                                << "Enables TCP/IP network protocol." << 2;
-    QTest::newRow("UDP checked") << "chkUDP" << QStringList{"chkUDP"} << none << -1
+    QTest::newRow("UDP checked") << "chkUDP" << QStringList { "chkUDP" } << none << -1
                                  << "Disables TCP/IP network protocol.\r\nThis will disable you from playing online!"
                                  << 1;
     QTest::newRow("ordinary shadows without marks")
-        << "cbShadows" << none << QStringList{"chkMarks"} << 1
+        << "cbShadows" << none << QStringList { "chkMarks" } << 1
         << "Sets type of shadows rendering.\r\nTo enable Ordinary Shadows you must set Marks On Walls on." << 1;
-    QTest::newRow("ordinary shadows with marks") << "cbShadows" << QStringList{"chkMarks"} << none << 1
-                                                 << "Sets type of shadows rendering." << 2;
-    QTest::newRow("stencil shadows without marks") << "cbShadows" << none << QStringList{"chkMarks"} << 2
-                                                   << "Sets type of shadows rendering." << 2;
+    QTest::newRow("ordinary shadows with marks")
+        << "cbShadows" << QStringList { "chkMarks" } << none << 1 << "Sets type of shadows rendering." << 2;
+    QTest::newRow("stencil shadows without marks")
+        << "cbShadows" << none << QStringList { "chkMarks" } << 2 << "Sets type of shadows rendering." << 2;
     QTest::newRow("second option") << "optLighting_1" << none << none << -1
                                    << "Toggles rendering of lightmaps without rendering textures." << 2;
     QTest::newRow("model button") << "cmdModel" << none << none << -1 << "Press this button to select player model."
@@ -379,29 +391,32 @@ void tst_MainWindow::dependencies_data()
 
     const QStringList none;
     QTest::newRow("2D off takes the HUD with it")
-        << QStringList{"chkStBar", "chkIcons", "chkCHair"} << QStringList{"chk2D"}
-        << none << QStringList{"chkStBar", "chkFPS", "chkTimer", "chkKiller", "chkLAW", "chkMotd", "chkCHair",
-                               "chkIcons", "chkLAG", "chk3DIcons", "slCHairSize"};
-    QTest::newRow("2D on, status bar off") << QStringList{"chk2D", "chkIcons"} << QStringList{"chkStBar"}
-                                           << QStringList{"chkStBar", "chkFPS", "chkCHair"}
-                                           << QStringList{"chkIcons", "chkLAG", "chk3DIcons"};
-    QTest::newRow("everything on") << QStringList{"chk2D", "chkStBar", "chkIcons", "chkCHair"} << none
-                                   << QStringList{"chkIcons", "chkLAG", "chk3DIcons", "slCHairSize"} << none;
+        << QStringList { "chkStBar", "chkIcons", "chkCHair" } << QStringList { "chk2D" } << none
+        << QStringList { "chkStBar", "chkFPS", "chkTimer", "chkKiller", "chkLAW", "chkMotd", "chkCHair", "chkIcons",
+               "chkLAG", "chk3DIcons", "slCHairSize" };
+    QTest::newRow("2D on, status bar off")
+        << QStringList { "chk2D", "chkIcons" } << QStringList { "chkStBar" }
+        << QStringList { "chkStBar", "chkFPS", "chkCHair" } << QStringList { "chkIcons", "chkLAG", "chk3DIcons" };
+    QTest::newRow("everything on") << QStringList { "chk2D", "chkStBar", "chkIcons", "chkCHair" } << none
+                                   << QStringList { "chkIcons", "chkLAG", "chk3DIcons", "slCHairSize" } << none;
     // The icons box judges the 3D icons by 2D and itself alone.
-    QTest::newRow("icons after status bar off") << QStringList{"chk2D"} << QStringList{"chkStBar"} << none << none;
-    QTest::newRow("crosshair off") << QStringList{"chk2D"} << QStringList{"chkCHair"} << none
-                                   << QStringList{"slCHairSize"};
-    QTest::newRow("flares") << QStringList{"chkFlares"} << none << QStringList{"txtFlSize", "txtFlFade"} << none;
-    QTest::newRow("no flares") << none << QStringList{"chkFlares"} << none << QStringList{"txtFlSize", "txtFlFade"};
-    QTest::newRow("blood") << none << QStringList{"chkBlood"} << none << QStringList{"chkGibs"};
-    QTest::newRow("high sky") << QStringList{"chkHighSky"} << none << none << QStringList{"chkVTP", "chkSun"};
-    QTest::newRow("low sky") << none << QStringList{"chkHighSky"} << QStringList{"chkVTP", "chkSun"} << none;
-    QTest::newRow("messages") << none << QStringList{"chkMsg"} << none << QStringList{"txtNTime"};
-    QTest::newRow("A3D") << QStringList{"chkA3D"} << none << QStringList{"sld2dsnd", "chkA3D_GP"} << none;
-    QTest::newRow("no A3D") << none << QStringList{"chkA3D"} << none << QStringList{"sld2dsnd", "chkA3D_GP"};
-    QTest::newRow("third person") << QStringList{"chk3dPerson"} << none << QStringList{"sldAngle", "sldRange"} << none;
-    QTest::newRow("private server") << QStringList{"chkPrivSv"} << none << QStringList{"cmdClPas"} << none;
-    QTest::newRow("public server") << none << QStringList{"chkPrivSv"} << none << QStringList{"cmdClPas"};
+    QTest::newRow("icons after status bar off")
+        << QStringList { "chk2D" } << QStringList { "chkStBar" } << none << none;
+    QTest::newRow("crosshair off") << QStringList { "chk2D" } << QStringList { "chkCHair" } << none
+                                   << QStringList { "slCHairSize" };
+    QTest::newRow("flares") << QStringList { "chkFlares" } << none << QStringList { "txtFlSize", "txtFlFade" } << none;
+    QTest::newRow("no flares") << none << QStringList { "chkFlares" } << none
+                               << QStringList { "txtFlSize", "txtFlFade" };
+    QTest::newRow("blood") << none << QStringList { "chkBlood" } << none << QStringList { "chkGibs" };
+    QTest::newRow("high sky") << QStringList { "chkHighSky" } << none << none << QStringList { "chkVTP", "chkSun" };
+    QTest::newRow("low sky") << none << QStringList { "chkHighSky" } << QStringList { "chkVTP", "chkSun" } << none;
+    QTest::newRow("messages") << none << QStringList { "chkMsg" } << none << QStringList { "txtNTime" };
+    QTest::newRow("A3D") << QStringList { "chkA3D" } << none << QStringList { "sld2dsnd", "chkA3D_GP" } << none;
+    QTest::newRow("no A3D") << none << QStringList { "chkA3D" } << none << QStringList { "sld2dsnd", "chkA3D_GP" };
+    QTest::newRow("third person") << QStringList { "chk3dPerson" } << none << QStringList { "sldAngle", "sldRange" }
+                                  << none;
+    QTest::newRow("private server") << QStringList { "chkPrivSv" } << none << QStringList { "cmdClPas" } << none;
+    QTest::newRow("public server") << none << QStringList { "chkPrivSv" } << none << QStringList { "cmdClPas" };
 }
 
 void tst_MainWindow::dependencies()
@@ -442,16 +457,26 @@ void tst_MainWindow::sliderLabels_data()
     QTest::addColumn<QString>("label");
     QTest::addColumn<QString>("greyedTwin");
 
-    QTest::newRow("gamma") << "sldGamma" << 10 << "Gamma: 1.0" << "lblGammaDis";
-    QTest::newRow("gamma top") << "sldGamma" << 30 << "Gamma: 3.0" << "lblGammaDis";
-    QTest::newRow("volume") << "sldEVol" << 7 << "Effect Volume: 0.7" << "lblEVolDis";
-    QTest::newRow("sensitivity") << "sldMsSen" << 55 << "Mouse Sensitivity: 5.5" << "lblMsSenDis";
-    QTest::newRow("crosshair") << "slCHairSize" << 33 << "Crosshair Size: 33" << "lblCHairSizeDis";
-    QTest::newRow("no handicap") << "sldHandicap" << 100 << "Handicap: 100 / None" << "lblHandicapDis";
-    QTest::newRow("handicap") << "sldHandicap" << 99 << "Handicap: 99" << "lblHandicapDis";
-    QTest::newRow("team chat") << "sldTCT" << 12 << "Team Chat Time: 12 min" << "lblTCTDis";
-    QTest::newRow("range") << "sldRange" << 250 << "3rd Person Range: 250" << "lblRangeDis";
-    QTest::newRow("2D sound, both labels") << "sld2dsnd" << 4 << "2D Sound: 0.4" << "lbl2dsnddis";
+    QTest::newRow("gamma") << "sldGamma" << 10 << "Gamma: 1.0"
+                           << "lblGammaDis";
+    QTest::newRow("gamma top") << "sldGamma" << 30 << "Gamma: 3.0"
+                               << "lblGammaDis";
+    QTest::newRow("volume") << "sldEVol" << 7 << "Effect Volume: 0.7"
+                            << "lblEVolDis";
+    QTest::newRow("sensitivity") << "sldMsSen" << 55 << "Mouse Sensitivity: 5.5"
+                                 << "lblMsSenDis";
+    QTest::newRow("crosshair") << "slCHairSize" << 33 << "Crosshair Size: 33"
+                               << "lblCHairSizeDis";
+    QTest::newRow("no handicap") << "sldHandicap" << 100 << "Handicap: 100 / None"
+                                 << "lblHandicapDis";
+    QTest::newRow("handicap") << "sldHandicap" << 99 << "Handicap: 99"
+                              << "lblHandicapDis";
+    QTest::newRow("team chat") << "sldTCT" << 12 << "Team Chat Time: 12 min"
+                               << "lblTCTDis";
+    QTest::newRow("range") << "sldRange" << 250 << "3rd Person Range: 250"
+                           << "lblRangeDis";
+    QTest::newRow("2D sound, both labels") << "sld2dsnd" << 4 << "2D Sound: 0.4"
+                                           << "lbl2dsnddis";
 }
 
 void tst_MainWindow::sliderLabels()
@@ -473,10 +498,14 @@ void tst_MainWindow::fieldsThatMayNotBeEmpty_data()
 {
     QTest::addColumn<QString>("field");
     QTest::addColumn<QString>("afterClearing");
-    QTest::newRow("force respawn") << "txtForce" << "0";
-    QTest::newRow("an award") << "txtAwards_3" << "0";
-    QTest::newRow("field of view may be empty") << "txtFOV" << "";
-    QTest::newRow("name may be empty") << "txtName" << "";
+    QTest::newRow("force respawn") << "txtForce"
+                                   << "0";
+    QTest::newRow("an award") << "txtAwards_3"
+                              << "0";
+    QTest::newRow("field of view may be empty") << "txtFOV"
+                                                << "";
+    QTest::newRow("name may be empty") << "txtName"
+                                       << "";
 }
 
 void tst_MainWindow::fieldsThatMayNotBeEmpty()
@@ -501,7 +530,7 @@ void tst_MainWindow::fieldsThatMayNotBeEmpty()
 void tst_MainWindow::editsMarkModified()
 {
     ConfigDocument &doc = m_window->document();
-    const QList<std::function<void()>> edits{
+    const QList<std::function<void()>> edits {
         [this] { find<QCheckBox>(QStringLiteral("chkBlood"))->click(); },
         [this] { find<QRadioButton>(QStringLiteral("optLighting_1"))->click(); },
         [this] { find<QComboBox>(QStringLiteral("cbResolution"))->setCurrentIndex(5); },
@@ -588,8 +617,7 @@ void tst_MainWindow::corpusFilesShowAndWriteBack()
         for (int row = 0; row < catalog.rows().size(); ++row) {
             const SettingRow &r = catalog.row(row);
             for (int k = 0; k < r.count; ++k) {
-                const QString name =
-                    r.count > 1 ? r.control + u'_' + QString::number(k) : r.control;
+                const QString name = r.count > 1 ? r.control + u'_' + QString::number(k) : r.control;
                 if (r.kind == ControlKind::OptionPair)
                     QVERIFY(find<QRadioButton>(r.control + u'_' + QString::number(doc.state(row)))->isChecked());
                 else if (auto *box = qobject_cast<QCheckBox *>(find<QWidget>(name)))
@@ -607,11 +635,12 @@ void tst_MainWindow::corpusFilesShowAndWriteBack()
         for (const ControlRules::Enablement &e : ControlRules::allEffects(doc))
             QCOMPARE(find<QWidget>(e.control)->isEnabled(), e.enabled);
         for (int action = 0; action < ActionTable::Count; ++action)
-            QCOMPARE(find<Keys>(QStringLiteral("btnKeys_%1").arg(action))->Caption(), doc.bindings().at(action).firstKey);
+            QCOMPARE(
+                find<Keys>(QStringLiteral("btnKeys_%1").arg(action))->Caption(), doc.bindings().at(action).firstKey);
 
         // The window's document writes what the command-line program writes.
         const QString cliOut = out.filePath(QStringLiteral("cli.cfg"));
-        QCOMPARE(QProcess::execute(QStringLiteral(TARNWICK_CLI), {QStringLiteral("rewrite"), path, cliOut}), 0);
+        QCOMPARE(QProcess::execute(QStringLiteral(TARNWICK_CLI), { QStringLiteral("rewrite"), path, cliOut }), 0);
         QFile written(cliOut);
         QVERIFY(written.open(QIODevice::ReadOnly));
         QVERIFY2(ConfigWriter::fileBytes(doc, FileScope::Whole) == written.readAll(), qPrintable(path));
