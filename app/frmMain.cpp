@@ -4,6 +4,7 @@
 #include "ControlBinder.h"
 #include "ControlPage.h"
 #include "Defaults.h"
+#include "DocumentCommands.h"
 #include "HoverButton.h"
 #include "LeftBar.h"
 #include "MemoryPanel.h"
@@ -58,6 +59,7 @@ constexpr int buttonPitch = 390;
 frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
     , m_binder(new ControlBinder(m_document, this))
+    , m_commands(new DocumentCommands(this, m_document, this))
     , m_client(new QWidget(this))
     , m_toolbarBand(new QWidget(m_client))
     , m_leftBar(new LeftBar(m_client))

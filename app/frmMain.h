@@ -11,6 +11,7 @@
 
 class ControlBinder;
 class ControlPage;
+class DocumentCommands;
 class HoverButton;
 class LeftBar;
 class MemoryPanel;
@@ -32,6 +33,7 @@ public:
     ~frmMain() override;
 
     ConfigDocument &document() { return m_document; }
+    DocumentCommands &commands() { return *m_commands; }
     /// The caption: the document's name, " - ", and the program title; the title alone for a blank name.
     void SetTitle();
     /// Shows a page (0 Client ... 7 PK3 Explorer); other indices do nothing.
@@ -73,6 +75,7 @@ private:
 
     ConfigDocument m_document;
     ControlBinder *m_binder;
+    DocumentCommands *m_commands;
     QWidget *m_client;
     QWidget *m_toolbarBand;
     LeftBar *m_leftBar;
