@@ -10,6 +10,7 @@
 #include "MemoryPanel.h"
 #include "MsgBoard.h"
 #include "PageLayouts.h"
+#include "Prompts.h"
 #include "SettingsPage.h"
 #include "TitleStrip.h"
 #include "Twips.h"
@@ -18,7 +19,6 @@
 #include <QButtonGroup>
 #include <QEvent>
 #include <QLabel>
-#include <QMessageBox>
 #include <QStatusBar>
 
 namespace {
@@ -286,6 +286,6 @@ bool frmMain::loadFile(const QString &path)
     QString error;
     if (OpenCfgFile(m_document, path, &error))
         return true;
-    QMessageBox::critical(this, programTitle(), error);
+    Prompts::ask(this, programTitle(), error, QMessageBox::Ok, QMessageBox::Critical);
     return false;
 }
