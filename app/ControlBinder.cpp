@@ -91,10 +91,10 @@ TwinLabel *ControlBinder::label(const QString &name)
     const auto [normal, greyed] = labelNames(name);
     auto *twin = new TwinLabel(normal, greyed);
     const SettingRow &r = catalog().row(row);
-    twin->setText(r.caption + r.captionSuffix);
+    // A slider's label reads its value; every other label is the caption.
+    twin->setText(r.kind == ControlKind::Slider ? ControlRules::sliderLabel(r, m_doc.state(row))
+                                                : r.caption + r.captionSuffix);
     m_labels.insert(name, twin);
-    if (r.kind == ControlKind::Slider)
-        twin->setText(ControlRules::sliderLabel(r, m_doc.state(row)));
     return twin;
 }
 

@@ -25,11 +25,6 @@ namespace {
         return on;
     }
 
-    bool hooked()
-    {
-        return testing();
-    }
-
     // Past the last answer a test gave, every box is cancelled and every dialog too.
     Answer nextAnswer()
     {
@@ -41,7 +36,7 @@ namespace {
 QMessageBox::StandardButton ask(QWidget *parent, const QString &title, const QString &text,
     QMessageBox::StandardButtons buttons, QMessageBox::Icon icon)
 {
-    if (hooked()) {
+    if (testing()) {
         shown().append({ title, text });
         const Answer a = nextAnswer();
         return a.isPath ? QMessageBox::Cancel : a.button;
@@ -84,7 +79,7 @@ static QString dialogAnswer(const QString &title, const QString &filter)
 
 QString openFileName(QWidget *parent, const QString &title, const QString &filter, const QString &folder)
 {
-    if (hooked())
+    if (testing())
         return dialogAnswer(title, filter);
     QFileDialog dialog(parent, title, folder);
     dialog.setFileMode(QFileDialog::ExistingFile);
@@ -95,7 +90,7 @@ QString openFileName(QWidget *parent, const QString &title, const QString &filte
 QString saveFileName(
     QWidget *parent, const QString &title, const QString &filter, const QString &defaultSuffix, const QString &folder)
 {
-    if (hooked())
+    if (testing())
         return dialogAnswer(title, filter);
     QFileDialog dialog(parent, title, folder);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
