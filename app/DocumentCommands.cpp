@@ -4,10 +4,15 @@
 #include "ConfigReader.h"
 #include "ConfigWriter.h"
 #include "Defaults.h"
+#include "PartialFiles.h"
+#include "Program.h"
 #include "Prompts.h"
+#include "frmLoad.h"
+#include "frmMain.h"
 #include "frmNew.h"
 
 #include <QApplication>
+#include <algorithm>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -24,7 +29,7 @@ bool hasConfigExtension(const QString &path)
 
 } // namespace
 
-DocumentCommands::DocumentCommands(QWidget *window, ConfigDocument &doc, QObject *parent)
+DocumentCommands::DocumentCommands(frmMain *window, ConfigDocument &doc, QObject *parent)
     : QObject(parent)
     , m_window(window)
     , m_doc(doc)
@@ -55,7 +60,7 @@ void DocumentCommands::newCommand()
     if (!m_new)
         m_new = new frmNew(m_window);
     m_new->prepare();
-    if (m_new->exec() != QDialog::Accepted)
+    if (m_window->ShowForm(m_new, true) != QDialog::Accepted)
         return;
     NewCfg(m_doc, m_new->documentName(), m_new->mode());
 }
@@ -84,16 +89,32 @@ bool DocumentCommands::OpenCfg(QString path)
             return false;
         path.clear();
     }
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     QString error;
-    const bool read = OpenCfgFile(m_doc, path, &error);
-    QGuiApplication::restoreOverrideCursor();
-    if (!read) {
+    if (!readWhileSplashShows(path, &error)) {
         Prompts::ask(m_window, programTitle, error, QMessageBox::Ok, QMessageBox::Critical);
         return false;
     }
+    m_doc.setFile(path, QFileInfo(path).fileName(), true);
+    m_doc.setModified(false);
     m_lastFolder = QFileInfo(path).absolutePath();
     return true;
+}
+
+bool DocumentCommands::readWhileSplashShows(const QString &path, QString *error)
+{
+    Program::LoadingConfiguration = true;
+    Program::PendingLoadPath = path;
+    if (!m_load)
+        m_load = new frmLoad(m_window);
+    bool read = false;
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    {
+        const Program::HotKeysOff off;
+        m_load->runModal(true,
+            [&] { read = ReadCfgFile(m_doc, Program::PendingLoadPath, FileScope::Whole, error); });
+    }
+    QGuiApplication::restoreOverrideCursor();
+    return read;
 }
 
 void DocumentCommands::SaveCfg()
@@ -155,6 +176,63 @@ void DocumentCommands::restoreDefaultsCommand()
             QMessageBox::Yes | QMessageBox::No, QMessageBox::Question)
         == QMessageBox::Yes)
         m_doc.ApplySnapshot();
+}
+
+int DocumentCommands::pageOfKind(int kind)
+{
+    static constexpr int pages[] = { 2, 3, 5, 6 };
+    return kind >= 0 && kind < 4 ? pages[kind] : -1;
+}
+
+void DocumentCommands::ExportFile(QString path, int kind)
+{
+    if (kind < 0 || kind > 3)
+        return;
+    const auto partial = PartialKind(kind);
+    if (path.isEmpty()) {
+        path = Prompts::saveFileName(m_window, QStringLiteral("Export File"), PartialFiles::exportFilter(partial),
+            PartialFiles::defaultExtension(partial).toLower(), startFolder());
+        if (path.isEmpty())
+            return;
+    }
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    QString error;
+    const bool written = ::ExportFile(m_doc, path, partial, &error);
+    QGuiApplication::restoreOverrideCursor();
+    if (!written)
+        Prompts::reportError(m_window, QStringLiteral("Save Config File"), 75, error);
+}
+
+void DocumentCommands::ImportFile(QString path, int kind)
+{
+    for (;;) {
+        if (path.isEmpty()) {
+            const auto partial = PartialKind(std::clamp(kind, 0, 3));
+            path = Prompts::openFileName(
+                m_window, QStringLiteral("Import File"), PartialFiles::importFilter(partial), startFolder());
+            if (path.isEmpty())
+                return;
+        }
+        if (kind >= 0 && kind <= 3)
+            break;
+        const QString question
+            = QStringLiteral("This is not an RNR, CTR, HUD or RLG file.\r\nDo you want to choose another file?");
+        if (Prompts::ask(m_window, QStringLiteral("Incorrect file extension"), question,
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
+            != QMessageBox::Yes)
+            return;
+        path.clear();
+    }
+    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    QString error;
+    const bool read = ::ImportFile(m_doc, path, PartialKind(kind), &error);
+    QGuiApplication::restoreOverrideCursor();
+    if (!read) {
+        Prompts::ask(m_window, programTitle, error, QMessageBox::Ok, QMessageBox::Critical);
+        return;
+    }
+    m_lastFolder = QFileInfo(path).absolutePath();
+    Q_EMIT pageWanted(pageOfKind(kind));
 }
 
 QString DocumentCommands::startFolder() const

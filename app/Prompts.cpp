@@ -1,5 +1,7 @@
 #include "Prompts.h"
 
+#include "Program.h"
+
 #include <QFileDialog>
 #include <QQueue>
 
@@ -25,6 +27,19 @@ namespace {
         return on;
     }
 
+    std::function<void()> &whileShown()
+    {
+        static std::function<void()> hook;
+        return hook;
+    }
+
+    void record(const QString &title, const QString &text)
+    {
+        shown().append({ title, text, !Program::HotKeysEnabled });
+        if (whileShown())
+            whileShown()();
+    }
+
     // Past the last answer a test gave, every box is cancelled and every dialog too.
     Answer nextAnswer()
     {
@@ -36,8 +51,9 @@ namespace {
 QMessageBox::StandardButton ask(QWidget *parent, const QString &title, const QString &text,
     QMessageBox::StandardButtons buttons, QMessageBox::Icon icon)
 {
+    const Program::HotKeysOff off;
     if (testing()) {
-        shown().append({ title, text });
+        record(title, text);
         const Answer a = nextAnswer();
         return a.isPath ? QMessageBox::Cancel : a.button;
     }
@@ -72,13 +88,14 @@ QStringList filterList(const QString &filter)
 
 static QString dialogAnswer(const QString &title, const QString &filter)
 {
-    shown().append({ title, filter });
+    record(title, filter);
     const Answer a = nextAnswer();
     return a.isPath ? a.path : QString();
 }
 
 QString openFileName(QWidget *parent, const QString &title, const QString &filter, const QString &folder)
 {
+    const Program::HotKeysOff off;
     if (testing())
         return dialogAnswer(title, filter);
     QFileDialog dialog(parent, title, folder);
@@ -90,6 +107,7 @@ QString openFileName(QWidget *parent, const QString &title, const QString &filte
 QString saveFileName(
     QWidget *parent, const QString &title, const QString &filter, const QString &defaultSuffix, const QString &folder)
 {
+    const Program::HotKeysOff off;
     if (testing())
         return dialogAnswer(title, filter);
     QFileDialog dialog(parent, title, folder);
@@ -107,6 +125,11 @@ void setNextAnswers(const QList<Answer> &list)
     for (const Answer &a : list)
         answers().enqueue(a);
     shown().clear();
+}
+
+void setWhileShown(std::function<void()> hook)
+{
+    whileShown() = std::move(hook);
 }
 
 bool hasPendingAnswers()

@@ -5,6 +5,7 @@
 #include <QMessageBox>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 class QWidget;
 
@@ -49,7 +50,10 @@ struct Shown
 {
     QString title;
     QString text; // a box's text, or a dialog's filter
+    bool commandsOff = false; // the commands were off while it showed
 };
 QList<Shown> takeShown();
+/// Runs each time a box or dialog "shows" under the test hook, before it is answered.
+void setWhileShown(std::function<void()> hook);
 
 } // namespace Prompts

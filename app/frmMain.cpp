@@ -1,5 +1,6 @@
 #include "frmMain.h"
 
+#include "Commands.h"
 #include "ConfigReader.h"
 #include "ControlBinder.h"
 #include "ControlPage.h"
@@ -10,6 +11,7 @@
 #include "MemoryPanel.h"
 #include "MsgBoard.h"
 #include "PageLayouts.h"
+#include "Program.h"
 #include "Prompts.h"
 #include "SettingsPage.h"
 #include "TitleStrip.h"
@@ -17,6 +19,8 @@
 #include "frmPassword.h"
 
 #include <QButtonGroup>
+#include <QCloseEvent>
+#include <QDialog>
 #include <QEvent>
 #include <QLabel>
 #include <QStatusBar>
@@ -59,7 +63,7 @@ constexpr int buttonPitch = 390;
 frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
     , m_binder(new ControlBinder(m_document, this))
-    , m_commands(new DocumentCommands(this, m_document, this))
+    , m_documentCommands(new DocumentCommands(this, m_document, this))
     , m_client(new QWidget(this))
     , m_toolbarBand(new QWidget(m_client))
     , m_leftBar(new LeftBar(m_client))
@@ -84,6 +88,10 @@ frmMain::frmMain(QWidget *parent)
     connect(m_binder, &ControlBinder::helpRequested, this, &frmMain::SetText);
     connect(m_binder, &ControlBinder::clientPasswordRequested, this, &frmMain::askClientPassword);
     connect(&m_document, &ConfigDocument::fileChanged, this, &frmMain::SetTitle);
+    connect(m_documentCommands, &DocumentCommands::pageWanted, this, &frmMain::SelectPage);
+    m_commands = new Commands(*this);
+    Program::ActiveDialogWindow = this;
+    Program::HotKeysEnabled = true;
 
     // No page is selected at start.
     m_titleStrip->setText(programTitle());
@@ -232,6 +240,7 @@ void frmMain::setMenuHelp(const QString &text)
 void frmMain::setGradient(bool on)
 {
     m_titleStrip->setGradient(on);
+    m_commands->setGradient(on);
 }
 
 void frmMain::setCurrentPk3Name(const QString &name)
@@ -272,12 +281,50 @@ void frmMain::showEvent(QShowEvent *event)
     }
 }
 
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    if (!m_documentCommands->saveChangesPrompt(QStringLiteral(" before closing?"))) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+}
+
+int frmMain::ShowForm(QWidget *form, bool modal)
+{
+    form->setWindowFlag(Qt::WindowStaysOnTopHint, m_alwaysOnTop);
+    Program::ActiveDialogWindow = form;
+    if (!modal) {
+        form->show();
+        return 0;
+    }
+    int result = 0;
+    {
+        const Program::HotKeysOff off;
+        if (auto *dialog = qobject_cast<QDialog *>(form))
+            result = dialog->exec();
+    }
+    Program::ActiveDialogWindow = this;
+    return result;
+}
+
+void frmMain::setAlwaysOnTop(bool on)
+{
+    if (m_alwaysOnTop == on)
+        return;
+    m_alwaysOnTop = on;
+    const bool shown = isVisible();
+    setWindowFlag(Qt::WindowStaysOnTopHint, on);
+    if (shown)
+        show(); // a changed window flag hides the window
+}
+
 void frmMain::askClientPassword()
 {
     if (!m_password)
         m_password = new frmPassword(this);
     m_password->setPassword(m_clientPassword);
-    if (m_password->exec() == QDialog::Accepted)
+    if (ShowForm(m_password, true) == QDialog::Accepted)
         m_clientPassword = m_password->password();
 }
 

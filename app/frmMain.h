@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <array>
 
+class Commands;
 class ControlBinder;
 class ControlPage;
 class DocumentCommands;
@@ -33,7 +34,8 @@ public:
     ~frmMain() override;
 
     ConfigDocument &document() { return m_document; }
-    DocumentCommands &commands() { return *m_commands; }
+    DocumentCommands &documentCommands() { return *m_documentCommands; }
+    Commands &commands() { return *m_commands; }
     /// The caption: the document's name, " - ", and the program title; the title alone for a blank name.
     void SetTitle();
     /// Shows a page (0 Client ... 7 PK3 Explorer); other indices do nothing.
@@ -52,6 +54,14 @@ public:
     void setCurrentPk3Name(const QString &name);
     /// Reads a configuration into the document; on failure a message box shows why.
     bool loadFile(const QString &path);
+    /// Shows a window of the program owned by this one, modal (the result of its dialog) or modeless (0),
+    /// with the commands off while a modal one is open.
+    int ShowForm(QWidget *form, bool modal);
+    bool alwaysOnTop() const { return m_alwaysOnTop; }
+    /// Keeps this window, and every window it shows, above all others.
+    void setAlwaysOnTop(bool on);
+    /// The band at the top that holds the toolbar.
+    QWidget *toolbarBand() const { return m_toolbarBand; }
 
     int currentPage() const { return m_currentPage; }
     QString title() const;
@@ -64,6 +74,7 @@ Q_SIGNALS:
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void showEvent(QShowEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
 
 private:
     void buildLeftBar();
@@ -75,7 +86,8 @@ private:
 
     ConfigDocument m_document;
     ControlBinder *m_binder;
-    DocumentCommands *m_commands;
+    DocumentCommands *m_documentCommands;
+    Commands *m_commands = nullptr;
     QWidget *m_client;
     QWidget *m_toolbarBand;
     LeftBar *m_leftBar;
@@ -93,5 +105,6 @@ private:
     QString m_currentPk3Name;
     bool m_controlsShown = false;
     bool m_sizedToFrame = false;
+    bool m_alwaysOnTop = false;
     int m_currentPage = -1;
 };

@@ -94,10 +94,10 @@ void tst_DocumentCommands::savePromptAnswers()
     QFETCH(int, answer);
     QFETCH(bool, goesOn);
     QFETCH(bool, saved);
-    QVERIFY(m_window->commands().OpenCfg(file("mine.cfg")));
+    QVERIFY(m_window->documentCommands().OpenCfg(file("mine.cfg")));
     edit();
     Prompts::setNextAnswers({ QMessageBox::StandardButton(answer) });
-    QCOMPARE(m_window->commands().saveChangesPrompt(), goesOn);
+    QCOMPARE(m_window->documentCommands().saveChangesPrompt(), goesOn);
     const QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 1);
     QCOMPARE(shown[0].title, QStringLiteral("Tarnwick"));
@@ -128,9 +128,9 @@ void tst_DocumentCommands::newModesAndName()
     QFETCH(QString, typed);
     QFETCH(QString, name);
     QFETCH(ActionBinding, forward);
-    QVERIFY(m_window->commands().OpenCfg(file("keys.cfg")));
+    QVERIFY(m_window->documentCommands().OpenCfg(file("keys.cfg")));
     answerNewDialog(mode, typed, true);
-    m_window->commands().newCommand();
+    m_window->documentCommands().newCommand();
     ConfigDocument &doc = m_window->document();
     QCOMPARE(doc.displayName(), name);
     QCOMPARE(m_window->windowTitle(), name + QStringLiteral(" - Tarnwick"));
@@ -138,12 +138,12 @@ void tst_DocumentCommands::newModesAndName()
     QCOMPARE(doc.bindings().at(1), forward);
     // A following Save asks for a file name.
     Prompts::setNextAnswers({ QString() });
-    m_window->commands().SaveCfg();
+    m_window->documentCommands().SaveCfg();
     QCOMPARE(Prompts::takeShown().value(0).title, QStringLiteral("Save"));
 
     // Cancel in the dialog changes nothing.
     answerNewDialog(0, QStringLiteral("Other"), false);
-    m_window->commands().newCommand();
+    m_window->documentCommands().newCommand();
     QCOMPARE(doc.displayName(), name);
 }
 
@@ -154,7 +154,7 @@ void tst_DocumentCommands::openChecksTheExtension()
     ConfigDocument &doc = m_window->document();
     // No: the current document stays as it is.
     Prompts::setNextAnswers({ text, QMessageBox::No });
-    QVERIFY(!m_window->commands().OpenCfg(QString()));
+    QVERIFY(!m_window->documentCommands().OpenCfg(QString()));
     QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 2);
     QCOMPARE(shown[0].title, QStringLiteral("Open"));
@@ -164,7 +164,7 @@ void tst_DocumentCommands::openChecksTheExtension()
     QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
     // Yes: the dialog opens again; an upper-case .CONFIG is taken.
     Prompts::setNextAnswers({ text, QMessageBox::Yes, upper });
-    QVERIFY(m_window->commands().OpenCfg(QString()));
+    QVERIFY(m_window->documentCommands().OpenCfg(QString()));
     QCOMPARE(doc.displayName(), QStringLiteral("settings.CONFIG"));
     QVERIFY(doc.HasFile() && doc.canRestore() && !doc.isModified());
 }
@@ -173,13 +173,13 @@ void tst_DocumentCommands::saveOfNewDocumentAsksAndCancelKeepsModified()
 {
     edit();
     Prompts::setNextAnswers({ QString() });
-    m_window->commands().saveCommand();
+    m_window->documentCommands().saveCommand();
     QCOMPARE(Prompts::takeShown().value(0).title, QStringLiteral("Save"));
-    QVERIFY(m_window->commands().saveCancelled());
+    QVERIFY(m_window->documentCommands().saveCancelled());
     QVERIFY(m_window->document().isModified());
     // A cancelled save also stops the command whose prompt asked for it.
     Prompts::setNextAnswers({ QMessageBox::Yes, QString() });
-    QVERIFY(!m_window->commands().saveChangesPrompt(QStringLiteral(" before closing?")));
+    QVERIFY(!m_window->documentCommands().saveChangesPrompt(QStringLiteral(" before closing?")));
 }
 
 void tst_DocumentCommands::saveAsReplacesWithoutAsking()
@@ -187,7 +187,7 @@ void tst_DocumentCommands::saveAsReplacesWithoutAsking()
     const QString target = file("old.cfg", "old content\r\n");
     edit();
     Prompts::setNextAnswers({ target });
-    m_window->commands().saveAsCommand();
+    m_window->documentCommands().saveAsCommand();
     QCOMPARE(Prompts::takeShown().size(), 1); // the dialog only: no overwrite question
     QFile f(target);
     QVERIFY(f.open(QIODevice::ReadOnly));
@@ -215,13 +215,13 @@ void tst_DocumentCommands::failedSaveKeepsTheOldFile()
         QSKIP("running as a user who writes into read-only folders");
     edit();
     Prompts::setNextAnswers({ m_dir.filePath(target), QMessageBox::Ok });
-    m_window->commands().saveAsCommand();
+    m_window->documentCommands().saveAsCommand();
     const QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 2);
     QCOMPARE(shown[1].title, QStringLiteral("Save Config File"));
     QVERIFY(shown[1].text.startsWith(QStringLiteral("An error occurred:\nErr Number ")));
     QVERIFY(m_window->document().isModified() && !m_window->document().HasFile());
-    QVERIFY(m_window->commands().saveCancelled());
+    QVERIFY(m_window->documentCommands().saveCancelled());
     QFile f(old);
     QVERIFY(f.open(QIODevice::ReadOnly));
     QCOMPARE(f.readAll(), QByteArray("precious\r\n"));
@@ -231,16 +231,16 @@ void tst_DocumentCommands::failedSaveKeepsTheOldFile()
 void tst_DocumentCommands::restoreDefaultsBringsBackSettingsNotKeys()
 {
     ConfigDocument &doc = m_window->document();
-    m_window->commands().restoreDefaultsCommand(); // unavailable before a file is opened: asks nothing
+    m_window->documentCommands().restoreDefaultsCommand(); // unavailable before a file is opened: asks nothing
     QVERIFY(Prompts::takeShown().isEmpty());
-    QVERIFY(m_window->commands().OpenCfg(file("mine.cfg")));
+    QVERIFY(m_window->documentCommands().OpenCfg(file("mine.cfg")));
     edit();
     doc.DefineKey(1, KeySlot::First, QStringLiteral("UPARROW"));
     Prompts::setNextAnswers({ QMessageBox::No });
-    m_window->commands().restoreDefaultsCommand();
+    m_window->documentCommands().restoreDefaultsCommand();
     QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("120"));
     Prompts::setNextAnswers({ QMessageBox::Yes });
-    m_window->commands().restoreDefaultsCommand();
+    m_window->documentCommands().restoreDefaultsCommand();
     QCOMPARE(Prompts::takeShown().value(0).text,
         QStringLiteral("Are you sure you want to reset every settings to default?"));
     QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("110"));

@@ -1,0 +1,75 @@
+#include "frmLoad.h"
+
+#include "Twips.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+
+namespace {
+
+// The narrow picture at the splash's left edge: a strip in the highlight's colour.
+class SplashStrip : public QWidget
+{
+public:
+    using QWidget::QWidget;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        QLinearGradient gradient(rect().topLeft(), rect().bottomLeft());
+        gradient.setColorAt(0, palette().color(QPalette::Highlight).lighter(130));
+        gradient.setColorAt(1, palette().color(QPalette::Highlight).darker(130));
+        painter.fillRect(rect(), gradient);
+    }
+};
+
+} // namespace
+
+frmLoad::frmLoad(QWidget *parent)
+    : QDialog(parent, Qt::SplashScreen | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint)
+    , m_text(new QLabel(this))
+{
+    setObjectName(QStringLiteral("frmLoad"));
+    setFixedSize(Twips::px(4530), Twips::px(705));
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(1, 1, 8, 1);
+    layout->setSpacing(8);
+    auto *strip = new SplashStrip(this);
+    strip->setObjectName(QStringLiteral("picLoad"));
+    strip->setFixedWidth(Twips::px(300));
+    layout->addWidget(strip);
+    m_text->setObjectName(QStringLiteral("lblLoad"));
+    m_text->setFont(QFont(QStringLiteral("Tahoma"), 8));
+    layout->addWidget(m_text, 1);
+    setStyleSheet(QStringLiteral("frmLoad { border: 1px solid palette(dark); }"));
+}
+
+QString frmLoad::message(bool loadingConfiguration)
+{
+    return loadingConfiguration
+        ? QStringLiteral("Tarnwick is loading configuration file.\nPlease wait...")
+        : QStringLiteral("Please wait while Tarnwick loads.\nThis might take some time so be patient.");
+}
+
+QString frmLoad::text() const
+{
+    return m_text->text();
+}
+
+void frmLoad::runModal(bool loadingConfiguration, const std::function<void()> &work)
+{
+    m_text->setText(message(loadingConfiguration));
+    if (parentWidget())
+        move(parentWidget()->geometry().center() - rect().center());
+    // No event loop of its own: the window blocks the others while it shows, its text is painted once,
+    // and the work holds the window thread until it is done.
+    setWindowModality(Qt::ApplicationModal);
+    show();
+    raise();
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    work();
+    hide();
+}
