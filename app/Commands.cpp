@@ -326,6 +326,21 @@ void Commands::setPreviewWindow(QWidget *preview)
     updatePreviewCaption();
 }
 
+void Commands::setPreviewOpen(bool open)
+{
+    m_previewWanted = open;
+    if (m_preview)
+        m_preview->setVisible(open);
+    updatePreviewCaption();
+}
+
+std::optional<Commands::PreviewState> Commands::previewState() const
+{
+    if (!m_preview)
+        return std::nullopt;
+    return PreviewState { m_preview->isVisible(), m_preview->x(), m_preview->y() };
+}
+
 void Commands::togglePreview()
 {
     if (!m_preview)
@@ -336,7 +351,7 @@ void Commands::togglePreview()
 
 void Commands::updatePreviewCaption()
 {
-    const bool open = m_preview && m_preview->isVisible();
+    const bool open = m_preview ? m_preview->isVisible() : m_previewWanted;
     m_menu->setCaption(QStringLiteral("Prev1"), open ? QStringLiteral("Hide &Preview") : QStringLiteral("Show &Preview"));
 }
 

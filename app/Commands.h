@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QString>
 #include <functional>
+#include <optional>
 
 class PopMenu;
 class QAction;
@@ -55,6 +56,16 @@ public:
     void setHandler(const QString &menuKey, std::function<void()> run);
     /// The HUD preview window that "Prev1" shows and hides.
     void setPreviewWindow(QWidget *preview);
+    /// Opens or closes the preview as the settings say (the caption follows even before the window exists).
+    void setPreviewOpen(bool open);
+    struct PreviewState
+    {
+        bool open;
+        int left; // pixels
+        int top;
+    };
+    /// Whether the preview shows and where; nothing while there is no preview window.
+    std::optional<PreviewState> previewState() const;
     /// The gradient option: the menus' highlight is a gradient when it is on and the screen has colours.
     void setGradient(bool on);
 
@@ -75,5 +86,6 @@ private:
     QToolButton *m_webButton = nullptr;
     QHash<QString, std::function<void()>> m_handlers;
     QPointer<QWidget> m_preview;
+    bool m_previewWanted = false;
     frmAbout *m_about = nullptr;
 };

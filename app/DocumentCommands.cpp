@@ -4,6 +4,7 @@
 #include "ConfigReader.h"
 #include "ConfigWriter.h"
 #include "Defaults.h"
+#include "GameFolder.h"
 #include "PartialFiles.h"
 #include "Program.h"
 #include "Prompts.h"
@@ -184,16 +185,16 @@ int DocumentCommands::pageOfKind(int kind)
     return kind >= 0 && kind < 4 ? pages[kind] : -1;
 }
 
-void DocumentCommands::ExportFile(QString path, int kind)
+bool DocumentCommands::ExportFile(QString path, int kind)
 {
     if (kind < 0 || kind > 3)
-        return;
+        return false;
     const auto partial = PartialKind(kind);
     if (path.isEmpty()) {
         path = Prompts::saveFileName(m_window, QStringLiteral("Export File"), PartialFiles::exportFilter(partial),
             PartialFiles::defaultExtension(partial).toLower(), startFolder());
         if (path.isEmpty())
-            return;
+            return false;
     }
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     QString error;
@@ -201,9 +202,10 @@ void DocumentCommands::ExportFile(QString path, int kind)
     QGuiApplication::restoreOverrideCursor();
     if (!written)
         Prompts::reportError(m_window, QStringLiteral("Save Config File"), 75, error);
+    return written;
 }
 
-void DocumentCommands::ImportFile(QString path, int kind)
+bool DocumentCommands::ImportFile(QString path, int kind)
 {
     for (;;) {
         if (path.isEmpty()) {
@@ -211,7 +213,7 @@ void DocumentCommands::ImportFile(QString path, int kind)
             path = Prompts::openFileName(
                 m_window, QStringLiteral("Import File"), PartialFiles::importFilter(partial), startFolder());
             if (path.isEmpty())
-                return;
+                return false;
         }
         if (kind >= 0 && kind <= 3)
             break;
@@ -220,7 +222,7 @@ void DocumentCommands::ImportFile(QString path, int kind)
         if (Prompts::ask(m_window, QStringLiteral("Incorrect file extension"), question,
                 QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
             != QMessageBox::Yes)
-            return;
+            return false;
         path.clear();
     }
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
@@ -229,16 +231,21 @@ void DocumentCommands::ImportFile(QString path, int kind)
     QGuiApplication::restoreOverrideCursor();
     if (!read) {
         Prompts::ask(m_window, programTitle, error, QMessageBox::Ok, QMessageBox::Critical);
-        return;
+        return false;
     }
     m_lastFolder = QFileInfo(path).absolutePath();
     Q_EMIT pageWanted(pageOfKind(kind));
+    return true;
 }
 
 QString DocumentCommands::startFolder() const
 {
     if (!m_lastFolder.isEmpty())
         return m_lastFolder;
+    // Before any file: the game's own configuration folder, else the game's per-user one.
+    const QString game = GameFolder::dataFolder(GameFolder::path());
+    if (!GameFolder::path().isEmpty() && QFileInfo(game).isDir())
+        return game;
     const QString perUser = QDir::home().filePath(QStringLiteral(".q3a/baseq3"));
     return QFileInfo(perUser).isDir() ? perUser : QString();
 }

@@ -31,11 +31,11 @@ public:
     void SaveCfg();
     void SaveCfgAs(QString path);
     /// Writes the area of a partial settings kind (0 Controls, 1 Renderer, 2 HUD Display, 3 Railgun) to
-    /// `path`; with an empty path it asks for one.
-    void ExportFile(QString path, int kind);
+    /// `path`; with an empty path it asks for one. True when the file was written.
+    bool ExportFile(QString path, int kind);
     /// Reads the area of a kind from `path` into the document and shows its page; with an empty path it
-    /// asks for one. Any configuration file will do: only the kind's area is taken from it.
-    void ImportFile(QString path, int kind);
+    /// asks for one. Any configuration file will do: only the kind's area is taken from it. True when read.
+    bool ImportFile(QString path, int kind);
     /// Whether the last save ended without writing (the dialog was cancelled or the write failed).
     bool saveCancelled() const { return m_saveCancelled; }
 

@@ -1,5 +1,7 @@
 #include "Program.h"
 
+Q_LOGGING_CATEGORY(lcShell, "tarnwick.shell", QtWarningMsg)
+
 namespace Program {
 
 bool HotKeysEnabled = false;

@@ -2,9 +2,13 @@
 // the file the splash window is to read, and the dialog the tray brings to the front.
 #pragma once
 
+#include <QLoggingCategory>
 #include <QPointer>
 #include <QString>
 #include <QWidget>
+
+/// What the shell does at start-up and when a later copy hands over ("tarnwick.shell.info=true" to see it).
+Q_DECLARE_LOGGING_CATEGORY(lcShell)
 
 namespace Program {
 

@@ -33,9 +33,9 @@ namespace {
         return hook;
     }
 
-    void record(const QString &title, const QString &text)
+    void record(const QString &title, const QString &text, const QString &folder = QString())
     {
-        shown().append({ title, text, !Program::HotKeysEnabled });
+        shown().append({ title, text, !Program::HotKeysEnabled, folder });
         if (whileShown())
             whileShown()();
     }
@@ -86,9 +86,9 @@ QStringList filterList(const QString &filter)
     return out;
 }
 
-static QString dialogAnswer(const QString &title, const QString &filter)
+static QString dialogAnswer(const QString &title, const QString &filter, const QString &folder)
 {
-    record(title, filter);
+    record(title, filter, folder);
     const Answer a = nextAnswer();
     return a.isPath ? a.path : QString();
 }
@@ -97,7 +97,7 @@ QString openFileName(QWidget *parent, const QString &title, const QString &filte
 {
     const Program::HotKeysOff off;
     if (testing())
-        return dialogAnswer(title, filter);
+        return dialogAnswer(title, filter, folder);
     QFileDialog dialog(parent, title, folder);
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setNameFilters(filterList(filter));
@@ -109,13 +109,21 @@ QString saveFileName(
 {
     const Program::HotKeysOff off;
     if (testing())
-        return dialogAnswer(title, filter);
+        return dialogAnswer(title, filter, folder);
     QFileDialog dialog(parent, title, folder);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setOption(QFileDialog::DontConfirmOverwrite); // Save As replaces a file without asking
     dialog.setNameFilters(filterList(filter));
     dialog.setDefaultSuffix(defaultSuffix);
     return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+QString folderName(QWidget *parent, const QString &title, const QString &initialFolder)
+{
+    const Program::HotKeysOff off;
+    if (testing())
+        return dialogAnswer(title, initialFolder, initialFolder);
+    return QFileDialog::getExistingDirectory(parent, title, initialFolder, QFileDialog::ShowDirsOnly);
 }
 
 void setNextAnswers(const QList<Answer> &list)

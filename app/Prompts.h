@@ -22,11 +22,13 @@ QString errorText(int number, const QString &description);
 QString openFileName(QWidget *parent, const QString &title, const QString &filter, const QString &folder);
 QString saveFileName(
     QWidget *parent, const QString &title, const QString &filter, const QString &defaultSuffix, const QString &folder);
+/// A folder chosen in the folder picker, starting at `initialFolder` (none when empty); empty when cancelled.
+QString folderName(QWidget *parent, const QString &title, const QString &initialFolder);
 /// "Configuration Files (*.cfg;*.config)|*.cfg;*.config" as a dialog filter list.
 QStringList filterList(const QString &filter);
 
 // Test hook: answers handed out instead of showing boxes and dialogs, first in first out. A button
-// answers a box, a string a file dialog ("" = Cancel). Every box and dialog shown is recorded.
+// answers a box, a string a file dialog or the folder picker ("" = Cancel). Every box and dialog shown is recorded.
 struct Answer
 {
     Answer(QMessageBox::StandardButton b)
@@ -51,6 +53,7 @@ struct Shown
     QString title;
     QString text; // a box's text, or a dialog's filter
     bool commandsOff = false; // the commands were off while it showed
+    QString folder; // where a file dialog started
 };
 QList<Shown> takeShown();
 /// Runs each time a box or dialog "shows" under the test hook, before it is answered.

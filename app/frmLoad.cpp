@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QScreen>
 
 namespace {
 
@@ -57,6 +58,16 @@ QString frmLoad::message(bool loadingConfiguration)
 QString frmLoad::text() const
 {
     return m_text->text();
+}
+
+void frmLoad::showStartUp()
+{
+    m_text->setText(message(false));
+    if (const QScreen *screen = this->screen())
+        move(screen->availableGeometry().center() - rect().center());
+    show();
+    raise();
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void frmLoad::runModal(bool loadingConfiguration, const std::function<void()> &work)

@@ -19,6 +19,8 @@ public:
     /// Shows itself modally with the message for `loadingConfiguration`, runs `work` once its text is
     /// painted, and hides.
     void runModal(bool loadingConfiguration, const std::function<void()> &work);
+    /// Shows itself, not modal, with the start-up message, and lets it be painted.
+    void showStartUp();
     QString text() const;
 
 private:

@@ -1,21 +1,26 @@
 #include "frmMain.h"
 
+#include "CommandLine.h"
 #include "Commands.h"
-#include "ConfigReader.h"
 #include "ControlBinder.h"
 #include "ControlPage.h"
 #include "Defaults.h"
 #include "DocumentCommands.h"
+#include "FileAssociations.h"
+#include "GameFolder.h"
 #include "HoverButton.h"
 #include "LeftBar.h"
+#include "LocateGameFolder.h"
 #include "MemoryPanel.h"
 #include "MsgBoard.h"
 #include "PageLayouts.h"
+#include "PopMenu.h"
 #include "Program.h"
 #include "Prompts.h"
 #include "SettingsPage.h"
 #include "TitleStrip.h"
 #include "Twips.h"
+#include "frmOptions.h"
 #include "frmPassword.h"
 
 #include <QButtonGroup>
@@ -23,6 +28,7 @@
 #include <QDialog>
 #include <QEvent>
 #include <QLabel>
+#include <QScreen>
 #include <QStatusBar>
 
 namespace {
@@ -90,6 +96,7 @@ frmMain::frmMain(QWidget *parent)
     connect(&m_document, &ConfigDocument::fileChanged, this, &frmMain::SetTitle);
     connect(m_documentCommands, &DocumentCommands::pageWanted, this, &frmMain::SelectPage);
     m_commands = new Commands(*this);
+    m_commands->setHandler(QStringLiteral("Options1"), [this] { showOptions(); });
     Program::ActiveDialogWindow = this;
     Program::HotKeysEnabled = true;
 
@@ -239,6 +246,7 @@ void frmMain::setMenuHelp(const QString &text)
 
 void frmMain::setGradient(bool on)
 {
+    m_settings.gradient = on ? 1 : 0;
     m_titleStrip->setGradient(on);
     m_commands->setGradient(on);
 }
@@ -287,7 +295,88 @@ void frmMain::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    if (!m_settingsFile.isEmpty()) {
+        QString error;
+        if (!pbSaveOptions(m_settingsFile, currentSettings(), isMinimized(), &error))
+            Prompts::reportError(this, QStringLiteral("Program Exit"), 75, error);
+    }
     event->accept();
+}
+
+QString frmMain::startUp(QWidget *splash, const QString &settingsFile, const QString &executable)
+{
+    const QRect screen = this->screen() ? this->screen()->availableGeometry() : QRect(0, 0, 1024, 768);
+    const QSize outer = frameGeometry().size();
+    const int centredLeft = (screen.width() - outer.width()) / 2 * Twips::perPixel;
+    const int centredTop = (screen.height() - outer.height()) / 2 * Twips::perPixel;
+    m_settingsFile = settingsFile;
+    applySettings(pbLoadOptions(settingsFile, centredLeft, centredTop));
+    const QString registration = FileAssociations::registerAll(executable);
+    LocateGameFolder(splash, QStringLiteral("can not locate Quake3.exe"));
+    return registration;
+}
+
+void frmMain::applySettings(const ProgramSettings &settings)
+{
+    m_settings = settings;
+    GameFolder::setPath(settings.q3dir);
+    setGradient(settings.gradient == 1);
+    setAlwaysOnTop(settings.aot == 1);
+    m_commands->menu().setChecked(QStringLiteral("OnTop1"), m_alwaysOnTop);
+    m_commands->setPreviewOpen(settings.pv_open == 1);
+    move(Twips::px(settings.wx), Twips::px(settings.wy));
+}
+
+ProgramSettings frmMain::currentSettings() const
+{
+    ProgramSettings settings = m_settings;
+    settings.q3dir = GameFolder::path();
+    settings.aot = m_alwaysOnTop ? 1 : 0;
+    settings.wx = frameGeometry().x() * Twips::perPixel;
+    settings.wy = frameGeometry().y() * Twips::perPixel;
+    if (const auto preview = m_commands->previewState()) {
+        settings.pv_open = preview->open ? 1 : 0;
+        settings.pv_wx = preview->left * Twips::perPixel;
+        settings.pv_wy = preview->top * Twips::perPixel;
+    }
+    return settings;
+}
+
+void frmMain::showOptions()
+{
+    if (!m_options)
+        m_options = new frmOptions(this);
+    m_options->prepare(GameFolder::path(), m_settings.gradient == 1);
+    if (ShowForm(m_options, true) != QDialog::Accepted)
+        return;
+    GameFolder::setPath(m_options->gameFolder());
+    setGradient(m_options->gradient());
+}
+
+void frmMain::HandleCommandLine(const QString &text)
+{
+    if (isMinimized() || !isVisible())
+        showNormal();
+    raise();
+    activateWindow();
+    const CommandLine::Request request = CommandLine::classify(text);
+    switch (request.action) {
+    case CommandLine::Action::Nothing:
+        return;
+    case CommandLine::Action::OpenDialog:
+        m_commands->run(QStringLiteral("Open1"));
+        return;
+    case CommandLine::Action::OpenConfig:
+        // A save the user agreed to but cancelled keeps the document: nothing is thrown away unasked.
+        if (m_documentCommands->saveChangesPrompt(QStringLiteral(" before loading a new?"))
+            && m_documentCommands->OpenCfg(request.path))
+            qCInfo(lcShell) << "opened" << request.path;
+        return;
+    case CommandLine::Action::Import:
+        if (m_documentCommands->ImportFile(request.path, request.kind))
+            qCInfo(lcShell) << "imported" << request.path;
+        return;
+    }
 }
 
 int frmMain::ShowForm(QWidget *form, bool modal)
@@ -326,13 +415,4 @@ void frmMain::askClientPassword()
     m_password->setPassword(m_clientPassword);
     if (ShowForm(m_password, true) == QDialog::Accepted)
         m_clientPassword = m_password->password();
-}
-
-bool frmMain::loadFile(const QString &path)
-{
-    QString error;
-    if (OpenCfgFile(m_document, path, &error))
-        return true;
-    Prompts::ask(this, programTitle(), error, QMessageBox::Ok, QMessageBox::Critical);
-    return false;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ConfigDocument.h"
+#include "ProgramSettings.h"
 
 #include <QList>
 #include <QMainWindow>
@@ -20,6 +21,7 @@ class MsgBoard;
 class QLabel;
 class QScrollArea;
 class TitleStrip;
+class frmOptions;
 class frmPassword;
 
 class frmMain : public QMainWindow
@@ -52,8 +54,6 @@ public:
     void setGradient(bool on);
     /// The name of the archive the PK3 page shows, for its title ("" when none is open).
     void setCurrentPk3Name(const QString &name);
-    /// Reads a configuration into the document; on failure a message box shows why.
-    bool loadFile(const QString &path);
     /// Shows a window of the program owned by this one, modal (the result of its dialog) or modeless (0),
     /// with the commands off while a modal one is open.
     int ShowForm(QWidget *form, bool modal);
@@ -62,6 +62,23 @@ public:
     void setAlwaysOnTop(bool on);
     /// The band at the top that holds the toolbar.
     QWidget *toolbarBand() const { return m_toolbarBand; }
+
+    /// The start-up steps that reach beyond the window: the program settings (placing the window), the
+    /// file types, the game folder (asked for over `splash` when it does not hold the game). The settings
+    /// file is written again when the window closes. Returns what went wrong registering the file types
+    /// ("" when nothing did).
+    QString startUp(QWidget *splash, const QString &settingsFile, const QString &executable);
+    /// Opens what a command line names (also one handed over by a later copy) and brings the window to the
+    /// front; an empty text only brings it to the front.
+    void HandleCommandLine(const QString &text);
+    /// Applies program settings: the window's place, the gradient, always-on-top, the preview's state.
+    void applySettings(const ProgramSettings &settings);
+    /// The program settings in force, as the close request writes them.
+    ProgramSettings currentSettings() const;
+    /// Where the close request writes the program settings; empty: nowhere.
+    void setSettingsFile(const QString &path) { m_settingsFile = path; }
+    /// The Options command: the game folder and the gradient.
+    void showOptions();
 
     int currentPage() const { return m_currentPage; }
     QString title() const;
@@ -106,5 +123,8 @@ private:
     bool m_controlsShown = false;
     bool m_sizedToFrame = false;
     bool m_alwaysOnTop = false;
+    ProgramSettings m_settings;
+    QString m_settingsFile;
+    frmOptions *m_options = nullptr;
     int m_currentPage = -1;
 };

@@ -1,5 +1,11 @@
-// tarnwick: the window program.
+// tarnwick: the window program. One copy runs per user: a later copy hands its command line to the first
+// and ends without a window.
 #include "AppFont.h"
+#include "CommandLine.h"
+#include "Program.h"
+#include "ProgramSettings.h"
+#include "SingleInstance.h"
+#include "frmLoad.h"
 #include "frmMain.h"
 
 #include <QApplication>
@@ -8,12 +14,33 @@ int main(int argc, char **argv)
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
+    const QString commandLine = CommandLine::joinArguments(QApplication::arguments());
+
+    SingleInstance instance;
+    if (!instance.IsFirstInstance()) {
+        const bool handedOver = instance.sendToFirst(commandLine);
+        qCInfo(lcShell) << (handedOver ? "handed over to the first copy" : "no first copy answered");
+        return 0;
+    }
+    qCInfo(lcShell) << "first copy";
     AppFont::install();
+
+    frmLoad splash;
+    splash.showStartUp();
     frmMain window;
+    const QString registration = window.startUp(&splash,
+        settingsFilePath(QCoreApplication::applicationDirPath()), QCoreApplication::applicationFilePath());
+    Program::LoadingConfiguration = true;
     window.show();
-    // A configuration named on the command line is opened at once.
-    const QStringList args = QApplication::arguments();
-    if (args.size() > 1 && !args.at(1).isEmpty())
-        window.loadFile(args.at(1));
+    QObject::connect(&instance, &SingleInstance::commandLineReceived, &window, [&window](const QString &text) {
+        qCInfo(lcShell) << "handed over:" << text;
+        window.HandleCommandLine(text);
+    });
+    splash.close();
+    window.HandleCommandLine(commandLine);
+    if (registration.isEmpty())
+        window.SetText(QStringLiteral("Welcome to Tarnwick."), 2);
+    else
+        window.SetText(registration, 1);
     return QApplication::exec();
 }

@@ -1,5 +1,6 @@
 // New, Open, Save, Save As and Restore Defaults on the real window, every box answered through Prompts.
 #include "ConfigWriter.h"
+#include "GameFolder.h"
 #include "DocumentCommands.h"
 #include "Prompts.h"
 #include "SettingCatalog.h"
@@ -35,6 +36,8 @@ private Q_SLOTS:
     void failedSaveKeepsTheOldFile_data();
     void failedSaveKeepsTheOldFile();
     void restoreDefaultsBringsBackSettingsNotKeys();
+    void dialogsStartWhereTheFilesAre_data();
+    void dialogsStartWhereTheFilesAre();
 
 private:
     QString file(const QString &name, const QByteArray &bytes = "seta cg_fov \"110\"\r\nbind w \"+forward\"\r\n");
@@ -246,6 +249,55 @@ void tst_DocumentCommands::restoreDefaultsBringsBackSettingsNotKeys()
     QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("110"));
     QCOMPARE(doc.bindings().at(1).firstKey, QStringLiteral("UPARROW"));
     QVERIFY(!doc.isModified());
+}
+
+void tst_DocumentCommands::dialogsStartWhereTheFilesAre_data()
+{
+    QTest::addColumn<bool>("gameData"); // the game folder holds baseq3
+    QTest::addColumn<bool>("perUser"); // ~/.q3a/baseq3 exists
+    QTest::addColumn<bool>("opened"); // a file was opened before
+    QTest::addColumn<QString>("folder"); // "game", "user", "opened" or ""
+    QTest::newRow("nothing known") << false << false << false << "";
+    QTest::newRow("per-user folder") << false << true << false << "user";
+    QTest::newRow("game folder first") << true << true << false << "game";
+    QTest::newRow("last opened file's folder") << true << true << true << "opened";
+}
+
+void tst_DocumentCommands::dialogsStartWhereTheFilesAre()
+{
+    QFETCH(bool, gameData);
+    QFETCH(bool, perUser);
+    QFETCH(bool, opened);
+    QFETCH(QString, folder);
+    QTemporaryDir place;
+    const QDir root(place.path());
+    root.mkpath("game");
+    if (gameData)
+        root.mkpath("game/baseq3");
+    if (perUser)
+        root.mkpath("home/.q3a/baseq3");
+    root.mkpath("home");
+    root.mkpath("mine");
+    const QByteArray oldHome = qgetenv("HOME");
+    qputenv("HOME", root.filePath("home").toLocal8Bit());
+    GameFolder::setPath(root.filePath("game"));
+    if (opened) {
+        QFile f(root.filePath("mine/q3.cfg"));
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.close();
+        QVERIFY(m_window->documentCommands().OpenCfg(f.fileName()));
+    }
+    Prompts::setNextAnswers({ QString(), QString() });
+    m_window->documentCommands().OpenCfg(QString());
+    m_window->documentCommands().ImportFile(QString(), 2);
+    qputenv("HOME", oldHome);
+    GameFolder::setPath(QString());
+    const QMap<QString, QString> expected { { "", "" }, { "game", root.filePath("game/baseq3") },
+        { "user", root.filePath("home/.q3a/baseq3") }, { "opened", root.filePath("mine") } };
+    const QList<Prompts::Shown> shown = Prompts::takeShown();
+    QCOMPARE(shown.size(), 2);
+    for (const Prompts::Shown &dialog : shown)
+        QCOMPARE(dialog.folder, expected.value(folder));
 }
 
 QTEST_MAIN(tst_DocumentCommands)

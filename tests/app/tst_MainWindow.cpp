@@ -8,6 +8,7 @@
 #include "SettingCatalog.h"
 #include "TitleStrip.h"
 #include "frmKey.h"
+#include "DocumentCommands.h"
 #include "frmMain.h"
 
 #include <QApplication>
@@ -600,7 +601,7 @@ void tst_MainWindow::corpusFilesShowAndWriteBack()
     const SettingCatalog &catalog = SettingCatalog::instance();
     QTemporaryDir out;
     int files = 0;
-    QDirIterator it(QStringLiteral(TARNWICK_CORPUS), QDir::Files);
+    QDirIterator it(QStringLiteral(TARNWICK_CORPUS), { QStringLiteral("*.cfg") }, QDir::Files);
     while (it.hasNext()) {
         const QString path = it.next();
         ++files;
@@ -608,7 +609,7 @@ void tst_MainWindow::corpusFilesShowAndWriteBack()
         // as the command-line program does.
         cleanup();
         init();
-        QVERIFY2(m_window->loadFile(path), qPrintable(path));
+        QVERIFY2(m_window->documentCommands().OpenCfg(path), qPrintable(path));
         const ConfigDocument &doc = m_window->document();
         QVERIFY(!doc.isModified());
         QCOMPARE(m_window->windowTitle(), doc.displayName() + QStringLiteral(" - Tarnwick"));

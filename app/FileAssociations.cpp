@@ -1,0 +1,341 @@
+#include "FileAssociations.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSaveFile>
+#include <QSet>
+#include <QStandardPaths>
+#include <QXmlStreamWriter>
+
+#ifdef Q_OS_WIN
+#include <QSettings>
+#endif
+
+namespace {
+
+const QString desktopId = QStringLiteral("tarnwick.desktop");
+
+// The partial settings files get MIME types of their own; configuration files keep whatever the system calls them.
+QString mimeTypeOf(const QString &extension)
+{
+    if (extension == u"CTR")
+        return QStringLiteral("application/x-tarnwick-controls");
+    if (extension == u"RNR")
+        return QStringLiteral("application/x-tarnwick-renderer");
+    if (extension == u"HUD")
+        return QStringLiteral("application/x-tarnwick-hud");
+    if (extension == u"RLG")
+        return QStringLiteral("application/x-tarnwick-railgun");
+    return QString();
+}
+
+QList<const FileAssociations::FileType *> ownMimeTypes()
+{
+    QList<const FileAssociations::FileType *> own;
+    for (const FileAssociations::FileType &type : FileAssociations::types()) {
+        if (!mimeTypeOf(type.extension).isEmpty())
+            own.append(&type);
+    }
+    return own;
+}
+
+// Writes `bytes` to `path` unless it already holds exactly them; "" or what went wrong.
+QString writeIfChanged(const QString &path, const QByteArray &bytes)
+{
+    QFile existing(path);
+    if (existing.open(QIODevice::ReadOnly) && existing.readAll() == bytes)
+        return QString();
+    existing.close();
+    const QString shown = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
+    if (!QDir().mkpath(QFileInfo(path).absolutePath()))
+        return QStringLiteral("Could not write \"%1\": its folder could not be created").arg(shown);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        const QString error = QStringLiteral("Could not write \"%1\": %2").arg(shown, file.errorString());
+        file.cancelWriting();
+        return error;
+    }
+    return QString();
+}
+
+QByteArray mimePackage()
+{
+    QByteArray bytes;
+    QXmlStreamWriter xml(&bytes);
+    xml.setAutoFormatting(true);
+    xml.setAutoFormattingIndent(2);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("mime-info"));
+    xml.writeDefaultNamespace(QStringLiteral("http://www.freedesktop.org/standards/shared-mime-info"));
+    for (const FileAssociations::FileType *type : ownMimeTypes()) {
+        xml.writeStartElement(QStringLiteral("mime-type"));
+        xml.writeAttribute(QStringLiteral("type"), mimeTypeOf(type->extension));
+        xml.writeTextElement(QStringLiteral("comment"), type->description);
+        xml.writeEmptyElement(QStringLiteral("sub-class-of"));
+        xml.writeAttribute(QStringLiteral("type"), QStringLiteral("text/plain"));
+        xml.writeEmptyElement(QStringLiteral("generic-icon"));
+        xml.writeAttribute(QStringLiteral("name"), QStringLiteral("text-x-generic"));
+        xml.writeEmptyElement(QStringLiteral("glob"));
+        xml.writeAttribute(QStringLiteral("pattern"), QStringLiteral("*.") + type->extension.toLower());
+        xml.writeEndElement();
+    }
+    xml.writeEndDocument();
+    return bytes;
+}
+
+// The program as one Exec argument: quoted for the command line, then escaped as a string value, with literal
+// percent signs doubled so they are not taken for field codes.
+QString execArgument(const QString &program)
+{
+    QString arg;
+    for (QChar c : program) {
+        if (c == u'"' || c == u'`' || c == u'$' || c == u'\\')
+            arg += u'\\';
+        arg += c;
+    }
+    arg = u'"' + arg + u'"';
+    arg.replace(u'\\', QStringLiteral("\\\\"));
+    arg.replace(u'\n', QStringLiteral("\\n"));
+    arg.replace(u'\t', QStringLiteral("\\t"));
+    arg.replace(u'\r', QStringLiteral("\\r"));
+    arg.replace(u'%', QStringLiteral("%%"));
+    return arg;
+}
+
+// The first common text editor on PATH, else whatever the desktop opens the file with.
+QString editCommand()
+{
+    static const char *const editors[]
+        = { "gnome-text-editor", "gedit", "kate", "kwrite", "mousepad", "pluma", "xed", "featherpad", "leafpad" };
+    for (const char *editor : editors) {
+        if (!QStandardPaths::findExecutable(QLatin1String(editor)).isEmpty())
+            return QLatin1String(editor) + QStringLiteral(" %f");
+    }
+    return QStringLiteral("xdg-open %f");
+}
+
+QByteArray desktopEntry(const QString &exePath)
+{
+    QStringList mimeTypes;
+    for (const FileAssociations::FileType *type : ownMimeTypes())
+        mimeTypes.append(mimeTypeOf(type->extension));
+    mimeTypes.append(QStringLiteral("text/plain")); // listed under "Open With" for configuration files, not default
+    const QStringList lines {
+        QStringLiteral("[Desktop Entry]"),
+        QStringLiteral("Type=Application"),
+        QStringLiteral("Name=Tarnwick"),
+        QStringLiteral("GenericName=Game Configuration Editor"),
+        QStringLiteral("Comment=Edit Quake III Arena configuration files"),
+        QStringLiteral("Exec=") + execArgument(QFileInfo(exePath).absoluteFilePath()) + QStringLiteral(" %f"),
+        QStringLiteral("Icon=applications-games"),
+        QStringLiteral("Terminal=false"),
+        QStringLiteral("Categories=Game;Settings;"),
+        QStringLiteral("MimeType=") + mimeTypes.join(u';') + u';',
+        QStringLiteral("Actions=Edit;"),
+        QString(),
+        QStringLiteral("[Desktop Action Edit]"),
+        QStringLiteral("Name=Edit"),
+        QStringLiteral("Exec=") + editCommand(),
+    };
+    return (lines.join(u'\n') + u'\n').toUtf8();
+}
+
+// `original` with a default line added to the [Default Applications] section for each of `mimeTypes` that has none
+// yet. Every byte already there stays; new lines go after the last entry of the first such section, which is
+// created at the end when missing.
+QByteArray withDefaults(const QByteArray &original, const QStringList &mimeTypes)
+{
+    const QByteArray header = "[Default Applications]";
+    QSet<QByteArray> present;
+    qsizetype insertAt = -1;
+    bool inDefaults = false;
+    bool inFirstDefaults = false;
+    for (qsizetype pos = 0; pos < original.size();) {
+        const qsizetype newline = original.indexOf('\n', pos);
+        const qsizetype end = newline < 0 ? original.size() : newline + 1;
+        const QByteArray line = original.mid(pos, end - pos).trimmed();
+        if (line.startsWith('[')) {
+            inDefaults = line == header;
+            inFirstDefaults = inDefaults && insertAt < 0;
+            if (inFirstDefaults)
+                insertAt = end;
+        } else if (inDefaults && !line.startsWith('#') && line.indexOf('=') > 0) {
+            present.insert(line.left(line.indexOf('=')).trimmed().toLower());
+            if (inFirstDefaults)
+                insertAt = end;
+        }
+        pos = end;
+    }
+
+    const bool crlf = insertAt > 1 && original.at(insertAt - 1) == '\n' && original.at(insertAt - 2) == '\r';
+    const QByteArray eol = crlf ? "\r\n" : "\n";
+    QByteArray added;
+    for (const QString &type : mimeTypes) {
+        const QByteArray key = type.toUtf8();
+        if (!present.contains(key.toLower()))
+            added += key + '=' + desktopId.toUtf8() + eol;
+    }
+    if (added.isEmpty())
+        return original;
+
+    QByteArray result = original;
+    if (insertAt < 0) {
+        if (!result.isEmpty() && !result.endsWith('\n'))
+            result += '\n';
+        if (!result.isEmpty() && !result.endsWith("\n\n"))
+            result += '\n';
+        return result + header + '\n' + added;
+    }
+    if (original.at(insertAt - 1) != '\n')
+        added.prepend('\n'); // the last line of the file had no line end
+    return result.insert(insertAt, added);
+}
+
+// Starts `tool` on `folder` in the background when `cache` there is missing or older than `source`.
+void refreshCache(const QString &tool, const QString &folder, const QString &cache, const QString &source)
+{
+    const QFileInfo cacheInfo(folder + u'/' + cache);
+    if (cacheInfo.exists() && cacheInfo.lastModified() >= QFileInfo(source).lastModified())
+        return;
+    const QString program = QStandardPaths::findExecutable(tool);
+    if (program.isEmpty())
+        return;
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments({ folder });
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.startDetached();
+}
+
+} // namespace
+
+namespace FileAssociations {
+
+const QList<FileType> &types()
+{
+    static const QList<FileType> list {
+        { QStringLiteral("CFG"), QStringLiteral("Tarnwick.CFGFile"), QStringLiteral("Tarnwick Configuration File"), 0 },
+        { QStringLiteral("CONFIG"), QStringLiteral("Tarnwick.CONFIGFile"),
+            QStringLiteral("Tarnwick Configuration File"), 0 },
+        { QStringLiteral("CTR"), QStringLiteral("Tarnwick.CTRFile"), QStringLiteral("Tarnwick Controls File"), 1 },
+        { QStringLiteral("RNR"), QStringLiteral("Tarnwick.RNRFile"), QStringLiteral("Tarnwick Renderer File"), 2 },
+        { QStringLiteral("HUD"), QStringLiteral("Tarnwick.HUDFile"), QStringLiteral("Tarnwick HUD File"), 3 },
+        { QStringLiteral("RLG"), QStringLiteral("Tarnwick.RLGFile"), QStringLiteral("Tarnwick Railgun File"), 4 },
+    };
+    return list;
+}
+
+QString quoted(const QString &path)
+{
+    const QString trimmed = path.trimmed();
+    if (trimmed.size() >= 2 && trimmed.startsWith(u'"') && trimmed.endsWith(u'"'))
+        return trimmed;
+    return u'"' + trimmed + u'"';
+}
+
+QList<QPair<QString, QString>> CreateEXEAssociation(const QString &exePath, const QString &iconPath,
+    const QString &progId, const QString &description, const QString &extension, const QString &openCaption,
+    bool allowEdit, const QString &editor, const QString &editCaption, int iconIndex)
+{
+    const QString fileArgument = QStringLiteral(" \"%1\"");
+    QList<QPair<QString, QString>> entries {
+        { extension.startsWith(u'.') ? extension : u'.' + extension, progId },
+        { progId, description },
+        { progId + QStringLiteral("\\shell\\open"), openCaption.isEmpty() ? QStringLiteral("&Open") : openCaption },
+        { progId + QStringLiteral("\\shell\\open\\command"), quoted(exePath) + fileArgument },
+    };
+    if (allowEdit) {
+        entries.append({ progId + QStringLiteral("\\shell\\edit"),
+            editCaption.isEmpty() ? QStringLiteral("&Edit") : editCaption });
+        entries.append({ progId + QStringLiteral("\\shell\\edit\\command"),
+            quoted(editor.isEmpty() ? QStringLiteral("write.exe") : editor) + fileArgument });
+    }
+    if (iconIndex > -1)
+        entries.append(
+            { progId + QStringLiteral("\\DefaultIcon"), quoted(iconPath) + u',' + QString::number(iconIndex) });
+    return entries;
+}
+
+QString registerAll(const QString &exePath)
+{
+#ifdef Q_OS_WIN
+    // The icons live in icons.dll beside the program when it was installed with it; else the program's own icon
+    // serves every type.
+    const QFileInfo exe(exePath);
+    const QString iconLibrary = exe.absolutePath() + QStringLiteral("/icons.dll");
+    const bool haveLibrary = QFileInfo::exists(iconLibrary);
+    const QString program = QDir::toNativeSeparators(exe.absoluteFilePath());
+    const QString iconPath = haveLibrary ? QDir::toNativeSeparators(iconLibrary) : program;
+
+    QSettings user(QStringLiteral("HKEY_CURRENT_USER\\Software\\Classes"), QSettings::NativeFormat);
+    QSettings machine(QStringLiteral("HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes"), QSettings::NativeFormat);
+    const bool machineToo = machine.isWritable();
+    for (const FileType &type : types()) {
+        const auto entries = CreateEXEAssociation(program, iconPath, type.progId, type.description, type.extension,
+            QStringLiteral("&Open"), true, QStringLiteral("write.exe"), QStringLiteral("&Edit"),
+            haveLibrary ? type.iconIndex : 0);
+        for (const auto &[key, value] : entries) {
+            // A key's own (default) value is named "Default" under it.
+            user.setValue(key + QStringLiteral("\\Default"), value);
+            if (machineToo)
+                machine.setValue(key + QStringLiteral("\\Default"), value);
+        }
+    }
+    user.sync();
+    if (user.status() != QSettings::NoError)
+        return QStringLiteral("Could not register Tarnwick's file types under HKEY_CURRENT_USER\\Software\\Classes");
+    if (machineToo) {
+        machine.sync();
+        if (machine.status() != QSettings::NoError)
+            return QStringLiteral(
+                "Could not register Tarnwick's file types under HKEY_LOCAL_MACHINE\\SOFTWARE\\Classes");
+    }
+    return QString();
+#else
+    return registerFreedesktop(exePath, QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+#endif
+}
+
+QString registerFreedesktop(const QString &exePath, const QString &dataHome, const QString &configHome)
+{
+    const QString mimeFolder = dataHome + QStringLiteral("/mime");
+    const QString packagePath = mimeFolder + QStringLiteral("/packages/tarnwick.xml");
+    QString error = writeIfChanged(packagePath, mimePackage());
+    if (!error.isEmpty())
+        return error;
+
+    const QString applicationsFolder = dataHome + QStringLiteral("/applications");
+    const QString entryPath = applicationsFolder + u'/' + desktopId;
+    error = writeIfChanged(entryPath, desktopEntry(exePath));
+    if (!error.isEmpty())
+        return error;
+
+    const QString listPath = configHome + QStringLiteral("/mimeapps.list");
+    QFile list(listPath);
+    QByteArray original;
+    if (list.exists()) {
+        if (!list.open(QIODevice::ReadOnly)) {
+            return QStringLiteral("Could not read \"%1\": %2")
+                .arg(QDir::toNativeSeparators(QFileInfo(listPath).absoluteFilePath()), list.errorString());
+        }
+        original = list.readAll();
+        list.close();
+    }
+    QStringList mimeTypes;
+    for (const FileType *type : ownMimeTypes())
+        mimeTypes.append(mimeTypeOf(type->extension));
+    error = writeIfChanged(listPath, withDefaults(original, mimeTypes));
+    if (!error.isEmpty())
+        return error;
+
+    refreshCache(QStringLiteral("update-mime-database"), mimeFolder, QStringLiteral("mime.cache"), packagePath);
+    refreshCache(
+        QStringLiteral("update-desktop-database"), applicationsFolder, QStringLiteral("mimeinfo.cache"), entryPath);
+    return QString();
+}
+
+} // namespace FileAssociations

@@ -1,0 +1,51 @@
+// FileAssociations: the file types Tarnwick registers with the desktop at every start, so configuration files and
+// partial settings files open in it.
+#pragma once
+
+#include <QList>
+#include <QPair>
+#include <QString>
+
+namespace FileAssociations {
+
+struct FileType
+{
+    QString extension; // without the dot, upper case: "CFG"
+    QString progId;
+    QString description;
+    int iconIndex;
+};
+
+/// CFG, CONFIG, CTR, RNR, HUD, RLG, in that order.
+const QList<FileType> &types();
+
+/// Trims `path` and puts it in double quotes unless it already starts and ends with one.
+QString quoted(const QString &path);
+
+/// Windows: the registry entries of one type as (key path under the classes root, default value) pairs, in write order:
+///  "." + ext -> progId; progId -> description; progId\shell\open -> openCaption or "&Open" when empty;
+///  progId\shell\open\command -> quoted(exePath) + " \"%1\""; when allowEdit: progId\shell\edit -> editCaption or
+///  "&Edit", progId\shell\edit\command -> quoted(editor or "write.exe" when empty) + " \"%1\""; when iconIndex > -1:
+///  progId\DefaultIcon -> quoted(iconPath) + "," + iconIndex.
+QList<QPair<QString, QString>> CreateEXEAssociation(const QString &exePath, const QString &iconPath,
+    const QString &progId, const QString &description, const QString &extension, const QString &openCaption,
+    bool allowEdit, const QString &editor, const QString &editCaption, int iconIndex);
+
+/// Registers all six types for the running program at `exePath`; returns "" on success, else one line saying what
+/// failed. Windows: the classes of the current user (and of the machine when that is writable); elsewhere:
+/// registerFreedesktop() in the user's data and config folders.
+QString registerAll(const QString &exePath);
+
+/// The freedesktop way, in the user's data folder `dataHome` (normally ~/.local/share) and config folder `configHome`
+/// (normally ~/.config):
+///  - `dataHome`/mime/packages/tarnwick.xml declares the four partial settings types (configuration files are left to
+///    whatever the system calls them, usually text/plain);
+///  - `dataHome`/applications/tarnwick.desktop opens files in `exePath` and offers an Edit action in a text editor;
+///  - `configHome`/mimeapps.list makes Tarnwick the default for the four types the user has no default for yet,
+///    leaving everything else in it as it was;
+///  - the desktop's caches are refreshed in the background when they are older than the files and the tools exist.
+/// A file is written only when its content changes. Stops at the first file that can't be written and returns one
+/// line naming it; "" on success.
+QString registerFreedesktop(const QString &exePath, const QString &dataHome, const QString &configHome);
+
+} // namespace FileAssociations

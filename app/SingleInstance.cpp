@@ -1,0 +1,206 @@
+#include "SingleInstance.h"
+
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QDir>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QLockFile>
+#include <QStandardPaths>
+#include <QStringDecoder>
+#include <QThread>
+#include <QTimer>
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+// What a later copy sends when it was started without a command line: "just come to the front".
+const QByteArray restoreOnly(1, '\0');
+
+QString defaultFolder()
+{
+    const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return runtime.isEmpty() ? QDir::tempPath() : runtime;
+}
+
+// The text a later copy sent; nothing for a payload that is not one (empty, holding a zero byte, not UTF-8).
+std::optional<QString> decodePayload(const QByteArray &payload)
+{
+    if (payload == restoreOnly)
+        return QString();
+    if (payload.isEmpty() || payload.contains('\0'))
+        return std::nullopt;
+    QStringDecoder utf8(
+        QStringDecoder::Utf8, QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    QString text = utf8(payload);
+    if (utf8.hasError())
+        return std::nullopt;
+    return text;
+}
+
+} // namespace
+
+SingleInstance::SingleInstance(const QString &folder, QObject *parent)
+    : QObject(parent)
+    , m_folder(folder.isEmpty() ? defaultFolder() : folder)
+    , m_defaultFolder(folder.isEmpty())
+{ }
+
+SingleInstance::~SingleInstance()
+{
+    ReleaseInstanceMutex();
+}
+
+bool SingleInstance::IsFirstInstance()
+{
+    if (hasLock())
+        return true;
+    QDir().mkpath(m_folder);
+    auto lock = std::make_unique<QLockFile>(QDir(m_folder).filePath(lockFileName()));
+    // Never stale by age: only a lock whose process is gone (a crashed copy) is taken over.
+    lock->setStaleLockTime(0);
+    if (lock->tryLock(0)) {
+        m_lock = std::move(lock);
+        listen();
+        return true;
+    }
+    if (lock->error() == QLockFile::LockFailedError)
+        return false;
+    qWarning("SingleInstance: cannot create the lock file in %s; running without it", qUtf8Printable(m_folder));
+    return true;
+}
+
+bool SingleInstance::hasLock() const
+{
+    return m_lock && m_lock->isLocked();
+}
+
+QString SingleInstance::socketName() const
+{
+#ifdef Q_OS_WIN
+    // Pipe names are machine-wide: the user's name keeps each user's copy to himself, and a folder of its own gets a
+    // pipe of its own.
+    QString name = serverName() + u'-' + qEnvironmentVariable("USERNAME");
+    if (!m_defaultFolder) {
+        const QByteArray folderHash = QCryptographicHash::hash(m_folder.toUtf8(), QCryptographicHash::Sha1).toHex();
+        name += u'-' + QString::fromLatin1(folderHash.left(16));
+    }
+    return name;
+#else
+    // A full path in the user's own folder, so two users sharing a temporary folder each have their own socket.
+    return QDir(m_folder).filePath(serverName());
+#endif
+}
+
+void SingleInstance::listen()
+{
+    const QString name = socketName();
+    // Whatever socket is left at that name belongs to a copy that is gone: we hold the lock.
+    QLocalServer::removeServer(name);
+    m_server = new QLocalServer(this);
+    m_server->setSocketOptions(QLocalServer::UserAccessOption);
+    connect(m_server, &QLocalServer::newConnection, this, &SingleInstance::acceptConnections);
+    if (!m_server->listen(name)) {
+        qWarning(
+            "SingleInstance: cannot listen on %s: %s", qUtf8Printable(name), qUtf8Printable(m_server->errorString()));
+        delete m_server;
+        m_server = nullptr;
+    }
+}
+
+void SingleInstance::acceptConnections()
+{
+    while (m_server && m_server->hasPendingConnections()) {
+        QLocalSocket *socket = m_server->nextPendingConnection();
+        m_payloads.insert(socket, QByteArray());
+        auto *timer = new QTimer(socket);
+        timer->setSingleShot(true);
+        connect(timer, &QTimer::timeout, this, [this, socket] { drop(socket); });
+        connect(socket, &QLocalSocket::readyRead, this, [this, socket] { readFrom(socket); });
+        connect(socket, &QLocalSocket::disconnected, this, [this, socket] { finish(socket); });
+        timer->start(connectionTimeoutMs());
+        if (socket->bytesAvailable() > 0)
+            readFrom(socket);
+        if (socket->state() == QLocalSocket::UnconnectedState)
+            finish(socket);
+    }
+}
+
+void SingleInstance::readFrom(QLocalSocket *socket)
+{
+    const auto payload = m_payloads.find(socket);
+    if (payload == m_payloads.end())
+        return;
+    payload->append(socket->readAll());
+    if (payload->size() > maxPayload())
+        drop(socket);
+}
+
+void SingleInstance::finish(QLocalSocket *socket)
+{
+    readFrom(socket);
+    const auto found = m_payloads.constFind(socket);
+    if (found == m_payloads.constEnd())
+        return; // already dropped
+    const std::optional<QString> text = decodePayload(*found);
+    m_payloads.erase(found);
+    socket->deleteLater();
+    if (text)
+        Q_EMIT commandLineReceived(*text);
+}
+
+void SingleInstance::drop(QLocalSocket *socket)
+{
+    if (!m_payloads.remove(socket))
+        return;
+    socket->abort();
+    socket->deleteLater();
+}
+
+bool SingleInstance::sendToFirst(const QString &commandLine, int timeoutMs)
+{
+    const QByteArray payload = commandLine.isEmpty() ? restoreOnly : commandLine.toUtf8();
+    if (payload.size() > maxPayload() || (!commandLine.isEmpty() && payload.contains('\0')))
+        return false;
+    const QDeadlineTimer deadline(timeoutMs);
+    QLocalSocket socket;
+    const QString name = socketName();
+    for (;;) {
+        socket.connectToServer(name);
+        if (socket.waitForConnected(int(deadline.remainingTime())))
+            break;
+        socket.abort();
+        // The first copy may still be starting: try again until the time is up.
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(std::min<qint64>(50, deadline.remainingTime()));
+        if (deadline.hasExpired())
+            return false;
+    }
+    if (socket.write(payload) != payload.size())
+        return false;
+    while (socket.bytesToWrite() > 0) {
+        if (deadline.hasExpired() || !socket.waitForBytesWritten(int(deadline.remainingTime())))
+            return false;
+    }
+    socket.disconnectFromServer();
+    return true;
+}
+
+void SingleInstance::ReleaseInstanceMutex()
+{
+    for (auto it = m_payloads.cbegin(); it != m_payloads.cend(); ++it) {
+        it.key()->disconnect(this);
+        it.key()->abort();
+        it.key()->deleteLater();
+    }
+    m_payloads.clear();
+    if (m_server) {
+        m_server->close();
+        delete m_server;
+        m_server = nullptr;
+    }
+    m_lock.reset(); // unlocks
+}

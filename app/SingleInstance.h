@@ -1,0 +1,61 @@
+// SingleInstance: one copy of Tarnwick per user. The first copy holds a lock file and listens on a local socket; a
+// later copy hands its command line over and ends.
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QObject>
+#include <QString>
+
+#include <memory>
+
+class QLocalServer;
+class QLocalSocket;
+class QLockFile;
+
+class SingleInstance : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `folder`: where the lock file and the socket live; empty for the user's runtime (or temporary) folder.
+    explicit SingleInstance(const QString &folder = QString(), QObject *parent = nullptr);
+    ~SingleInstance() override; // releases the lock and stops listening
+
+    /// Takes the lock. True for the first copy, which then listens for later copies; false when another live copy
+    /// holds it. When the lock can't be created at all (e.g. the folder is not writable) this copy runs as a first
+    /// copy without a lock and without listening: true, and hasLock() says false.
+    bool IsFirstInstance();
+    bool hasLock() const;
+    /// A later copy: sends `commandLine` to the first copy. False when no first copy answered within `timeoutMs`,
+    /// and at once for a command line the first copy would not accept (one holding a NUL character, or one longer
+    /// than maxPayload() bytes in UTF-8).
+    bool sendToFirst(const QString &commandLine, int timeoutMs = 3000);
+    /// Lets go of the lock and stops listening (also done by the destructor); safe to call twice.
+    void ReleaseInstanceMutex();
+
+    static QString lockFileName() { return QStringLiteral("Tarnwick_APPLICATION_MUTEX"); }
+    static QString serverName() { return QStringLiteral("Tarnwick_APPLICATION"); }
+    /// The most bytes one later copy may send; a connection that sends more is dropped.
+    static constexpr qsizetype maxPayload() { return 64 * 1024; }
+    /// How long (ms) a later copy may stay connected; a connection open longer is dropped.
+    static constexpr int connectionTimeoutMs() { return 2000; }
+
+Q_SIGNALS:
+    /// A later copy started with `commandLine`; empty when it only asks to be restored.
+    void commandLineReceived(const QString &commandLine);
+
+private:
+    QString socketName() const;
+    void listen();
+    void acceptConnections();
+    void readFrom(QLocalSocket *socket);
+    void finish(QLocalSocket *socket);
+    void drop(QLocalSocket *socket);
+
+    QString m_folder;
+    bool m_defaultFolder;
+    std::unique_ptr<QLockFile> m_lock;
+    QLocalServer *m_server = nullptr;
+    QHash<QLocalSocket *, QByteArray> m_payloads; // the connections still being read
+};

@@ -1,0 +1,26 @@
+// GameFolder: where Quake III Arena is installed, whether that folder holds the game, and the paths the
+// program derives from it.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace GameFolder {
+
+/// The game folder as the user chose or typed it; may be empty.
+QString path();
+void setPath(const QString &folder);
+
+/// The names of the game programs a folder may hold: the original's, then current engines' builds.
+const QStringList &executableNames();
+/// The first game program found in `folder` (its full path), or "" when there is none.
+QString executableIn(const QString &folder);
+/// A folder holds the game when one of the game programs is a file in it; baseq3 plays no part.
+bool isValid(const QString &folder);
+
+/// Paths formed by appending to the folder as it stands, so an empty folder gives paths at the root.
+QString dataFolder(const QString &folder); // folder/baseq3
+QString demoFolder(const QString &folder); // folder/baseq3/demos
+QString playerModels(const QString &folder); // folder/baseq3/models/players/
+
+} // namespace GameFolder
