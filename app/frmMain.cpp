@@ -14,6 +14,7 @@
 #include "MemoryPanel.h"
 #include "MsgBoard.h"
 #include "PageLayouts.h"
+#include "Pk3ExplorerPage.h"
 #include "PopMenu.h"
 #include "Program.h"
 #include "Prompts.h"
@@ -135,6 +136,11 @@ void frmMain::buildLeftBar()
 void frmMain::buildPages()
 {
     m_controlPage = new ControlPage(m_document, *m_binder);
+    m_pk3Page = new Pk3ExplorerPage;
+    connect(m_pk3Page, &Pk3ExplorerPage::titleChanged, this, [this](const QString &title) {
+        if (m_currentPage == PK3Page)
+            m_titleStrip->setText(title);
+    });
     const std::array<QWidget *, PageCount> contents {
         PageLayouts::clientPage(*m_binder),
         PageLayouts::serverPage(*m_binder),
@@ -143,7 +149,7 @@ void frmMain::buildPages()
         PageLayouts::soundNetworkPage(*m_binder),
         PageLayouts::hudPage(*m_binder),
         PageLayouts::railgunPage(*m_binder),
-        new QWidget,
+        m_pk3Page,
     };
     for (int i = 0; i < PageCount; ++i) {
         m_pages[i] = new SettingsPage(QString::fromLatin1(pageInfo[i].container), contents[i], m_client);
@@ -190,8 +196,8 @@ void frmMain::SelectPage(int index)
         SetText(QStringLiteral("To define the key use the left button on your mouse.\r\n"
                                "To delete the key use the right button on your mouse."),
             2);
-    if (index == PK3Page && !m_currentPk3Name.isEmpty())
-        m_titleStrip->setText(QStringLiteral("PK3 Explorer - ") + m_currentPk3Name);
+    if (index == PK3Page)
+        m_titleStrip->setText(m_pk3Page->title());
     else
         m_titleStrip->setText(QString::fromLatin1(pageInfo[index].title));
     m_currentPage = index;
@@ -249,11 +255,6 @@ void frmMain::setGradient(bool on)
     m_settings.gradient = on ? 1 : 0;
     m_titleStrip->setGradient(on);
     m_commands->setGradient(on);
-}
-
-void frmMain::setCurrentPk3Name(const QString &name)
-{
-    m_currentPk3Name = name;
 }
 
 void frmMain::layoutRegions()

@@ -18,6 +18,7 @@ class HoverButton;
 class LeftBar;
 class MemoryPanel;
 class MsgBoard;
+class Pk3ExplorerPage;
 class QLabel;
 class QScrollArea;
 class TitleStrip;
@@ -52,8 +53,8 @@ public:
     void setMenuHelp(const QString &text);
     /// The title strip's colour gradient (flat when off).
     void setGradient(bool on);
-    /// The name of the archive the PK3 page shows, for its title ("" when none is open).
-    void setCurrentPk3Name(const QString &name);
+    /// The PK3 Explorer page's content.
+    Pk3ExplorerPage *pk3Page() const { return m_pk3Page; }
     /// Shows a window of the program owned by this one, modal (the result of its dialog) or modeless (0),
     /// with the commands off while a modal one is open.
     int ShowForm(QWidget *form, bool modal);
@@ -117,9 +118,9 @@ private:
     std::array<HoverButton *, 4> m_subPageButtons {};
     std::array<QScrollArea *, PageCount> m_pages {};
     ControlPage *m_controlPage = nullptr;
+    Pk3ExplorerPage *m_pk3Page = nullptr;
     frmPassword *m_password = nullptr;
     QString m_clientPassword;
-    QString m_currentPk3Name;
     bool m_controlsShown = false;
     bool m_sizedToFrame = false;
     bool m_alwaysOnTop = false;

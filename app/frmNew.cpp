@@ -1,5 +1,7 @@
 #include "frmNew.h"
 
+#include "OkCancelButtons.h"
+
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -24,14 +26,7 @@ frmNew::frmNew(QWidget *parent)
         optionLayout->addWidget(m_options[i]);
     }
     m_name->setObjectName(QStringLiteral("txtFName"));
-    auto *buttons = new QDialogButtonBox;
-    QPushButton *ok = buttons->addButton(QStringLiteral("&OK"), QDialogButtonBox::AcceptRole);
-    ok->setObjectName(QStringLiteral("cmdOK"));
-    ok->setDefault(true);
-    buttons->addButton(QStringLiteral("&Cancel"), QDialogButtonBox::RejectRole)
-        ->setObjectName(QStringLiteral("cmdCancel"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    QDialogButtonBox *buttons = OkCancelButtons(this);
 
     auto *layout = new QGridLayout(this);
     layout->addWidget(options, 0, 0, 1, 2);

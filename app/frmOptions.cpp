@@ -1,5 +1,6 @@
 #include "frmOptions.h"
 
+#include "OkCancelButtons.h"
 #include "Program.h"
 #include "Prompts.h"
 
@@ -33,14 +34,7 @@ frmOptions::frmOptions(QWidget *parent)
     frameLayout->addWidget(select, 1, 1);
     frameLayout->addWidget(m_gradient, 2, 0, 1, 2);
 
-    auto *buttons = new QDialogButtonBox;
-    QPushButton *ok = buttons->addButton(QStringLiteral("&OK"), QDialogButtonBox::AcceptRole);
-    ok->setObjectName(QStringLiteral("cmdOK"));
-    ok->setDefault(true);
-    buttons->addButton(QStringLiteral("&Cancel"), QDialogButtonBox::RejectRole)
-        ->setObjectName(QStringLiteral("cmdCancel"));
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    QDialogButtonBox *buttons = OkCancelButtons(this);
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(frame);

@@ -9,9 +9,13 @@
 #include "frmMain.h"
 
 #include <QApplication>
+#include <QIcon>
 
 int main(int argc, char **argv)
 {
+    // The local zone looked up once, not again for every archive entry's time (see tarnwick-cli).
+    if (!qEnvironmentVariableIsSet("TZ"))
+        qputenv("TZ", ":/etc/localtime");
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
     const QString commandLine = CommandLine::joinArguments(QApplication::arguments());
@@ -24,6 +28,8 @@ int main(int argc, char **argv)
     }
     qCInfo(lcShell) << "first copy";
     AppFont::install();
+    // A bare X session has no icon theme of its own: the PK3 list and the menus borrow a common one.
+    QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
 
     frmLoad splash;
     splash.showStartUp();

@@ -33,6 +33,7 @@ private:
     int bind(const QString &index, const QString &slot, const QString &key);
     int unbind(const QString &index, const QString &slot);
     int print();
+    int listArchive(const QString &path);
 
     int fail(const QString &message);
     int usageError(const QString &message);

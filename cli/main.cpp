@@ -5,6 +5,11 @@
 
 int main(int argc, char **argv)
 {
+    // With TZ unset, the C library looks at /etc/localtime again on every local time conversion, and
+    // libzip converts every entry's time when it opens an archive: naming the same file in TZ means the
+    // same zone, looked up once.
+    if (!qEnvironmentVariableIsSet("TZ"))
+        qputenv("TZ", ":/etc/localtime");
     QStringList args;
     for (int i = 1; i < argc; ++i)
         args.append(QFile::decodeName(argv[i]));

@@ -9,6 +9,7 @@
 #include "TitleStrip.h"
 #include "frmKey.h"
 #include "DocumentCommands.h"
+#include "Pk3ExplorerPage.h"
 #include "frmMain.h"
 
 #include <QApplication>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void startsWithNoPageSelected();
     void selectPage_data();
     void selectPage();
+    void pk3TitleFollowsTheArchive();
     void leftBarPositions();
     void controlSubPages_data();
     void controlSubPages();
@@ -149,6 +151,26 @@ void tst_MainWindow::selectPage_data()
                              << "Railgun Settings" << unchanged << true;
     QTest::newRow("PK3") << 7 << "picPK3"
                          << "PK3 Explorer" << unchanged << false;
+}
+
+void tst_MainWindow::pk3TitleFollowsTheArchive()
+{
+    QTemporaryDir dir;
+    const QString archive = dir.filePath("maps.pk3");
+    QProcess zip;
+    zip.setWorkingDirectory(dir.path());
+    QFile(dir.filePath("readme.txt")).open(QIODevice::WriteOnly);
+    zip.start("zip", { "-q", archive, "readme.txt" });
+    if (!zip.waitForFinished() || zip.exitCode() != 0)
+        QSKIP("needs the zip tool");
+    m_window->SelectPage(frmMain::PK3Page);
+    QVERIFY(m_window->pk3Page()->LoadPK3(archive));
+    QCOMPARE(m_window->title(), "PK3 Explorer - " + archive);
+    m_window->SelectPage(0);
+    m_window->SelectPage(frmMain::PK3Page);
+    QCOMPARE(m_window->title(), "PK3 Explorer - " + archive);
+    m_window->pk3Page()->ClosePK3();
+    QCOMPARE(m_window->title(), QStringLiteral("PK3 Explorer"));
 }
 
 void tst_MainWindow::selectPage()

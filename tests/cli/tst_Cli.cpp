@@ -6,6 +6,7 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 class tst_Cli : public QObject
 {
@@ -15,6 +16,7 @@ private Q_SLOTS:
     void exitCodes_data();
     void exitCodes();
     void scriptSession();
+    void pk3Listing();
     void topLevelCommands();
     void corpusReachesFixedPoint();
     void hostileInput_data();
@@ -92,6 +94,11 @@ void tst_Cli::exitCodes_data()
         << QStringList{"script", "-"} << QByteArray("open missing.cfg\r\nprint\r\n") << 1
         << "tarnwick-cli: line 1: Tarnwick wasn't be able to create or/and load backup file.";
     QTest::newRow("script: empty") << QStringList{"script", "-"} << QByteArray() << 0 << "";
+    QTest::newRow("pk3: no archive") << QStringList { "pk3" } << QByteArray() << 2 << "";
+    QTest::newRow("pk3: two archives") << QStringList { "pk3", "a.pk3", "b.pk3" } << QByteArray() << 2 << "";
+    QTest::newRow("pk3: missing archive") << QStringList { "pk3", "missing.pk3" } << QByteArray() << 1
+                                          << "tarnwick-cli: Can't read the archive \"missing.pk3\": No such file";
+    QTest::newRow("pk3: folder as archive") << QStringList { "pk3", "." } << QByteArray() << 1 << "";
 }
 
 void tst_Cli::exitCodes()
@@ -172,6 +179,58 @@ void tst_Cli::topLevelCommands()
         QFile f(QStringLiteral(TARNWICK_TEST_DATA "/new-defaults.cfg"));
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
     }());
+}
+
+// A zip archive of empty stored entries, enough to be listed (listing checks no CRC); `encrypted` names the
+// entries flagged as encrypted.
+static QByteArray emptyEntriesZip(const QByteArrayList &names, const QByteArrayList &encrypted)
+{
+    const auto put = [](QByteArray &out, std::initializer_list<quint32> values, int width) {
+        for (const quint32 v : values) {
+            char bytes[4];
+            qToLittleEndian(v, bytes);
+            out.append(bytes, width);
+        }
+    };
+    QByteArray local;
+    QByteArray central;
+    for (const QByteArray &name : names) {
+        const quint32 flags = encrypted.contains(name) ? 1 : 0;
+        put(central, { 0x02014b50 }, 4);
+        put(central, { 20, 20, flags, 0, 0, 0 }, 2); // versions, flags, method, time, date
+        put(central, { 0, 0, 0 }, 4); // CRC, sizes
+        put(central, { quint32(name.size()), 0, 0, 0, 0 }, 2);
+        put(central, { 0, quint32(local.size()) }, 4); // attributes, local header
+        central += name;
+        put(local, { 0x04034b50 }, 4);
+        put(local, { 20, flags, 0, 0, 0 }, 2);
+        put(local, { 0, 0, 0 }, 4);
+        put(local, { quint32(name.size()), 0 }, 2);
+        local += name;
+    }
+    QByteArray end;
+    put(end, { 0x06054b50, 0 }, 4);
+    put(end, { quint32(names.size()), quint32(names.size()) }, 2);
+    put(end, { quint32(central.size()), quint32(local.size()) }, 4);
+    put(end, { 0 }, 2);
+    return local + central + end;
+}
+
+void tst_Cli::pk3Listing()
+{
+    write("game.pk3",
+        emptyEntriesZip({ "models/players/", "models/players/sarge/head.md3", "q3config.cfg", "secret/pass.txt",
+                            "/abs/x", "sound/caf\x82.wav" },
+            { "secret/pass.txt" }));
+    const Result r = run({ "pk3", path("game.pk3") });
+    QCOMPARE(r.code, 0);
+    QCOMPARE(r.err, QByteArray());
+    QCOMPARE(r.out,
+        QByteArray("models\\players\\sarge\thead.md3\t-\n"
+                   "\tq3config.cfg\t-\n"
+                   "secret\tpass.txt\tE\n"
+                   "/abs\tx\t-\n"
+                   "sound\tcaf\xc3\xa9.wav\t-\n"));
 }
 
 void tst_Cli::corpusReachesFixedPoint()

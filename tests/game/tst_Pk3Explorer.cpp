@@ -1,0 +1,370 @@
+// The PK3 Explorer page on archives written here, every box and dialog answered through Prompts.
+#include "FileIcons.h"
+#include "Pk3ExplorerPage.h"
+#include "Prompts.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QGuiApplication>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <array>
+
+namespace {
+
+struct ZipItem
+{
+    QString name; // "models/" is a folder entry
+    bool encrypted = false;
+};
+
+quint32 crc32(const QByteArray &bytes)
+{
+    static const auto table = [] {
+        std::array<quint32, 256> t {};
+        for (quint32 n = 0; n < 256; ++n) {
+            t[n] = n;
+            for (int k = 0; k < 8; ++k)
+                t[n] = (t[n] & 1) ? 0xEDB88320u ^ (t[n] >> 1) : t[n] >> 1;
+        }
+        return t;
+    }();
+    quint32 c = 0xFFFFFFFFu;
+    for (const char b : bytes)
+        c = table[(c ^ quint8(b)) & 0xFF] ^ (c >> 8);
+    return ~c;
+}
+
+void put(QByteArray &out, std::initializer_list<std::pair<quint32, int>> fields)
+{
+    for (const auto &[value, bytes] : fields) {
+        for (int i = 0; i < bytes; ++i)
+            out.append(char(value >> (8 * i)));
+    }
+}
+
+// Stored entries holding "data": local headers, the central directory, the end record.
+QByteArray zipOf(const QList<ZipItem> &items)
+{
+    const QByteArray data = "data";
+    QByteArray out, central;
+    for (const ZipItem &item : items) {
+        const QByteArray name = item.name.toUtf8();
+        QByteArray common; // flags (UTF-8 name; bit 0 encrypted), stored, time, date, CRC, sizes, name, extra
+        put(common,
+            { { 0x800u | item.encrypted, 2 }, { 0, 2 }, { 0, 2 }, { 0x21, 2 }, { crc32(data), 4 }, { 4, 4 }, { 4, 4 },
+                { quint32(name.size()), 2 }, { 0, 2 } });
+        put(central, { { 0x02014b50, 4 }, { 20, 2 }, { 20, 2 } });
+        central += common;
+        put(central, { { 0, 2 }, { 0, 2 }, { 0, 2 }, { 0, 4 }, { quint32(out.size()), 4 } });
+        central += name;
+        put(out, { { 0x04034b50, 4 }, { 20, 2 } });
+        out += common + name + data;
+    }
+    const quint32 count = quint32(items.size()), size = quint32(central.size()), offset = quint32(out.size());
+    out += central;
+    put(out, { { 0x06054b50, 4 }, { 0, 4 }, { count, 2 }, { count, 2 }, { size, 4 }, { offset, 4 }, { 0, 2 } });
+    return out;
+}
+
+} // namespace
+
+class tst_Pk3Explorer : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void rows_data();
+    void rows();
+    void oneIconPerExtension();
+    void archiveWithoutFiles_data();
+    void archiveWithoutFiles();
+    void extensionQuestion_data();
+    void extensionQuestion();
+    void reopenThenClose();
+    void headerClicksFlipTheOrder();
+    void unreadableArchiveChangesNothing_data();
+    void unreadableArchiveChangesNothing();
+    void fiftyThousandEntries();
+
+private:
+    QString write(const QString &name, const QByteArray &bytes);
+    QString archive(const QString &name, const QList<ZipItem> &items) { return write(name, zipOf(items)); }
+    QTableView *list() const { return m_page->findChild<QTableView *>(QStringLiteral("lvPK3")); }
+    QPushButton *closeButton() const { return m_page->findChild<QPushButton *>(QStringLiteral("cmdClose")); }
+    QString cell(int row, int column) const { return list()->model()->index(row, column).data().toString(); }
+    int rowCount() const { return list()->model()->rowCount(); }
+    // "Yes", "No", "Ok"; anything else answers a file dialog with that file of the folder ("" = Cancel).
+    void answer(const QStringList &codes);
+    QStringList shownBoxes();
+
+    QTemporaryDir m_dir;
+    Pk3ExplorerPage *m_page = nullptr;
+};
+
+void tst_Pk3Explorer::init()
+{
+    m_page = new Pk3ExplorerPage;
+    Prompts::setNextAnswers({});
+}
+
+void tst_Pk3Explorer::cleanup()
+{
+    QVERIFY(!Prompts::hasPendingAnswers());
+    QVERIFY(!QGuiApplication::overrideCursor()); // the wait cursor never stays
+    delete m_page;
+}
+
+QString tst_Pk3Explorer::write(const QString &name, const QByteArray &bytes)
+{
+    QFile f(m_dir.filePath(name));
+    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        qFatal("cannot write %s", qPrintable(name));
+    return f.fileName();
+}
+
+void tst_Pk3Explorer::answer(const QStringList &codes)
+{
+    const QHash<QString, QMessageBox::StandardButton> buttons { { "Yes", QMessageBox::Yes }, { "No", QMessageBox::No },
+        { "Ok", QMessageBox::Ok } };
+    QList<Prompts::Answer> answers;
+    for (const QString &code : codes)
+        answers.append(buttons.contains(code) ? Prompts::Answer(buttons[code])
+                                              : Prompts::Answer(code.isEmpty() ? code : m_dir.filePath(code)));
+    Prompts::setNextAnswers(answers);
+}
+
+QStringList tst_Pk3Explorer::shownBoxes()
+{
+    QStringList titles;
+    for (const Prompts::Shown &shown : Prompts::takeShown())
+        titles.append(shown.title + u'|' + shown.text);
+    return titles;
+}
+
+void tst_Pk3Explorer::rows_data()
+{
+    QTest::addColumn<QString>("entry");
+    QTest::addColumn<bool>("encrypted");
+    QTest::addColumn<QStringList>("cells"); // Name, Extension, Type, Path, icon key
+    const QString exeType = FileIcons::typeName(QStringLiteral("x.exe"));
+    QTest::newRow("model") << "models/players/sarge/head.md3" << false
+                           << QStringList { "head", "MD3", "Quake 3 Model", "models\\players\\sarge", ".MD3" };
+    QTest::newRow("no extension") << "autoexec" << false << QStringList { "autoexec", "", "File", "", "DEFAULT" };
+    QTest::newRow("trailing dot") << "odd." << false << QStringList { "odd", "", "File", "", "DEFAULT" };
+    QTest::newRow("program") << "program.exe" << false << QStringList { "program", "EXE", exeType, "", ".EXE" };
+    QTest::newRow("encrypted") << "secret.cfg" << true
+                               << QStringList { "secret +", "CFG", "Configuration File", "", ".CFG" };
+    QTest::newRow("last dot") << "maps/q3dm17.v2.bsp" << false
+                              << QStringList { "q3dm17.v2", "BSP", "Quake 3 Map", "maps", ".BSP" };
+    QTest::newRow("demo, mixed case") << "demos/Final.Dm_68" << false
+                                      << QStringList { "Final", "DM_68", "Quake 3 Demo", "demos", ".DM_68" };
+    QTest::newRow("not a demo") << "a.dm_x" << false << QStringList { "a", "DM_X", "DM_X File", "", ".DM_X" };
+    QTest::newRow("unknown") << "v/notes.xyzq" << false << QStringList { "notes", "XYZQ", "XYZQ File", "v", ".XYZQ" };
+}
+
+void tst_Pk3Explorer::rows()
+{
+    QFETCH(QString, entry);
+    QFETCH(bool, encrypted);
+    QFETCH(QStringList, cells);
+    FileIcons::iconKey(QStringLiteral("warm.up"), QString()); // the preloaded icons exist
+    const int icons = FileIcons::iconCount();
+    QVERIFY(m_page->LoadPK3(archive("rows.pk3", { { "models/" }, { "models/players/" }, { entry, encrypted } })));
+    QCOMPARE(rowCount(), 1);
+    QStringList shown;
+    for (int column = 0; column < Pk3ExplorerPage::ColumnCount; ++column)
+        shown.append(cell(0, column));
+    const QModelIndex first = list()->model()->index(0, 0);
+    shown.append(first.data(Pk3ExplorerPage::IconKeyRole).toString());
+    QCOMPARE(shown, cells);
+    QVERIFY(!first.data(Qt::DecorationRole).value<QIcon>().isNull());
+    if (cells.last() == u".EXE" || cells.last() == u"DEFAULT")
+        QCOMPARE(FileIcons::iconCount(), icons);
+}
+
+void tst_Pk3Explorer::oneIconPerExtension()
+{
+    FileIcons::iconKey(QStringLiteral("warm.up"), QString());
+    const int icons = FileIcons::iconCount();
+    QVERIFY(m_page->LoadPK3(archive("icons.pk3", { { "a.qqq1" }, { "sub/b.qqq1" }, { "C.QQQ1" } })));
+    QCOMPARE(FileIcons::iconCount(), icons + 1);
+}
+
+void tst_Pk3Explorer::archiveWithoutFiles_data()
+{
+    QTest::addColumn<bool>("previous");
+    QTest::addColumn<QString>("answer");
+    QTest::newRow("yes") << true << "Yes";
+    QTest::newRow("no keeps the previous") << true << "No";
+    QTest::newRow("no, nothing before") << false << "No";
+}
+
+void tst_Pk3Explorer::archiveWithoutFiles()
+{
+    QFETCH(bool, previous);
+    QFETCH(QString, answer);
+    const QString full = archive("full.pk3", { { "a.cfg" }, { "b.cfg" } });
+    const QString empty = archive("folders.pk3", { { "models/" }, { "models/players/" }, { "maps/" } });
+    if (previous)
+        QVERIFY(m_page->LoadPK3(full));
+    this->answer({ answer });
+    QCOMPARE(m_page->LoadPK3(empty), answer == u"Yes");
+    QCOMPARE(shownBoxes(), { "Tarnwick|This pak file contains no files. Would you like to load it?" });
+    const QString expected = answer == u"Yes" ? empty : previous ? full : QString();
+    QCOMPARE(m_page->CurrentPK3Path(), expected);
+    QCOMPARE(m_page->reader().ZipFile(), expected);
+    QCOMPARE(m_page->title(), expected.isEmpty() ? "PK3 Explorer" : "PK3 Explorer - " + expected);
+    QCOMPARE(rowCount(), expected == full ? 2 : 0);
+    QCOMPARE(closeButton()->isEnabled(), !expected.isEmpty());
+}
+
+void tst_Pk3Explorer::extensionQuestion_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QStringList>("answers");
+    QTest::addColumn<QString>("shown"); // O: the Open dialog, X: the extension question
+    QTest::addColumn<QString>("loaded");
+    QTest::newRow("no") << "maps.zip" << QStringList { "No" } << "X" << QString();
+    QTest::newRow("yes, cancel") << "maps.zip" << QStringList { "Yes", "" } << "XO" << QString();
+    QTest::newRow("dialog, yes, another") << "" << QStringList { "maps.zip", "Yes", "MAPS.PK3" } << "OXO"
+                                          << "MAPS.PK3";
+    QTest::newRow("upper case passes") << "MAPS.PK3" << QStringList {} << ""
+                                       << "MAPS.PK3";
+}
+
+void tst_Pk3Explorer::extensionQuestion()
+{
+    QFETCH(QString, path);
+    QFETCH(QStringList, answers);
+    QFETCH(QString, shown);
+    QFETCH(QString, loaded);
+    write("maps.zip", zipOf({ { "base.shader" } }));
+    write("MAPS.PK3", zipOf({ { "base.shader" } }));
+    answer(answers);
+    QCOMPARE(m_page->LoadPK3(path.isEmpty() ? path : m_dir.filePath(path)), !loaded.isEmpty());
+    QStringList boxes;
+    for (const QChar box : shown)
+        boxes.append(box == u'O' ? QStringLiteral("Open|Quake 3 Pak File (*.pk3)|*.pk3")
+                                 : QStringLiteral("Incorrect file extension|This isn't an PK3 file.\n"
+                                                  "Do you want to choose another file?"));
+    QCOMPARE(shownBoxes(), boxes);
+    QCOMPARE(m_page->CurrentPK3Path(), loaded.isEmpty() ? loaded : m_dir.filePath(loaded));
+    QCOMPARE(closeButton()->isEnabled(), !loaded.isEmpty());
+}
+
+void tst_Pk3Explorer::reopenThenClose()
+{
+    QSignalSpy titles(m_page, &Pk3ExplorerPage::titleChanged);
+    QVERIFY(!closeButton()->isEnabled());
+    const QString pak = archive("pak0.pk3", { { "a.cfg" } });
+    QVERIFY(m_page->LoadPK3(pak));
+    archive("pak0.pk3", { { "a.cfg" }, { "b.cfg" } });
+    const QString question = "Tarnwick|File you are trying to load is currently open by Tarnwick.\n"
+                             "Would you like to re-open it?";
+    for (const QString &reply : { QStringLiteral("No"), QStringLiteral("Yes") }) {
+        answer({ reply });
+        QCOMPARE(m_page->LoadPK3(pak), reply == u"Yes");
+        QCOMPARE(shownBoxes(), { question });
+        QCOMPARE(rowCount(), reply == u"Yes" ? 2 : 1);
+        QCOMPARE(m_page->reader().FileCount(), rowCount());
+    }
+    closeButton()->click();
+    QVERIFY(!closeButton()->isEnabled());
+    QCOMPARE(rowCount(), 0);
+    QCOMPARE(m_page->CurrentPK3Path(), QString());
+    QCOMPARE(m_page->reader().ZipFile(), QString());
+    QCOMPARE(titles, QList<QVariantList>({ { "PK3 Explorer - " + pak }, { "PK3 Explorer" } }));
+}
+
+void tst_Pk3Explorer::headerClicksFlipTheOrder()
+{
+    m_page->resize(640, 400);
+    m_page->show();
+    QVERIFY(QTest::qWaitForWindowExposed(m_page));
+    QHeaderView *header = list()->horizontalHeader();
+    QCOMPARE(header->sortIndicatorSection(), -1);
+    QVERIFY(
+        m_page->LoadPK3(archive("sort.pk3", { { "p2/b.skin" }, { "p4/d.cfg" }, { "p1/a.md3" }, { "p3/c.shader" } })));
+    QCOMPARE(cell(0, 0), "b"); // the archive's order
+    list()->selectRow(3); // "c" stays selected through the sorts
+    const std::tuple<int, Qt::SortOrder, const char *> steps[] = {
+        { Pk3ExplorerPage::TypeColumn, Qt::AscendingOrder, "Configuration File" },
+        { Pk3ExplorerPage::TypeColumn, Qt::DescendingOrder, "Shader Script" },
+        { Pk3ExplorerPage::NameColumn, Qt::AscendingOrder, "a" },
+        { Pk3ExplorerPage::NameColumn, Qt::DescendingOrder, "d" },
+        { Pk3ExplorerPage::ExtensionColumn, Qt::AscendingOrder, "CFG" },
+        { Pk3ExplorerPage::PathColumn, Qt::DescendingOrder, "p4" }, // also flips when the column changes
+    };
+    for (const auto &[column, order, first] : steps) {
+        QTest::mouseClick(header->viewport(), Qt::LeftButton, {},
+            QPoint(header->sectionViewportPosition(column) + 5, header->height() / 2));
+        QCOMPARE(cell(0, column), QLatin1String(first));
+        QCOMPARE(header->sortIndicatorSection(), column);
+        QCOMPARE(header->sortIndicatorOrder(), order);
+        const QModelIndexList selected = list()->selectionModel()->selectedRows();
+        QCOMPARE(selected.size(), 1);
+        QCOMPARE(cell(selected[0].row(), 0), "c");
+    }
+    // Another archive comes sorted as the list was.
+    QVERIFY(m_page->LoadPK3(archive("other.pk3", { { "a/z.wav" }, { "b/y.bot" } })));
+    QCOMPARE(cell(0, Pk3ExplorerPage::PathColumn), "b");
+}
+
+void tst_Pk3Explorer::unreadableArchiveChangesNothing_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QByteArray noise(4096, Qt::Uninitialized);
+    for (int i = 0; i < noise.size(); ++i)
+        noise[i] = char((i * 7919 + 13) % 251);
+    const QByteArray zip = zipOf({ { "a.cfg" }, { "b.cfg" } });
+    QTest::newRow("random bytes") << noise;
+    QTest::newRow("truncated") << zip.left(zip.size() / 2);
+    QTest::newRow("empty file") << QByteArray();
+    QTest::newRow("missing") << QByteArray("-");
+}
+
+void tst_Pk3Explorer::unreadableArchiveChangesNothing()
+{
+    QFETCH(QByteArray, bytes);
+    const QString good = archive("good.pk3", { { "a.cfg" } });
+    QFile::remove(m_dir.filePath("x.pk3"));
+    if (bytes != "-")
+        write("x.pk3", bytes);
+    QVERIFY(m_page->LoadPK3(good));
+    answer({ "Ok" });
+    QVERIFY(!m_page->LoadPK3(m_dir.filePath("x.pk3")));
+    const QStringList shown = shownBoxes();
+    QCOMPARE(shown.size(), 1);
+    QVERIFY2(shown[0].startsWith("Tarnwick|") && shown[0].contains("x.pk3"), qPrintable(shown[0]));
+    QCOMPARE(m_page->CurrentPK3Path(), good);
+    QCOMPARE(m_page->reader().ZipFile(), good);
+    QCOMPARE(m_page->reader().FileCount(), 1);
+    QCOMPARE(rowCount(), 1);
+    QCOMPARE(m_page->title(), "PK3 Explorer - " + good);
+}
+
+void tst_Pk3Explorer::fiftyThousandEntries()
+{
+    const char *const extensions[] = { "tga", "jpg", "md3", "wav", "shader", "skin", "bsp", "cfg" };
+    QList<ZipItem> items;
+    for (int i = 0; i < 50000; ++i)
+        items.append(
+            { QStringLiteral("textures/set%1/file%2.").arg(i % 97).arg(i) + QLatin1String(extensions[i % 8]) });
+    const QString pak = archive("big.pk3", items);
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(m_page->LoadPK3(pak));
+    qInfo("LoadPK3 of 50,000 entries: %lld ms", timer.elapsed());
+    QCOMPARE(rowCount(), 50000);
+    QCOMPARE(cell(49999, 0), "file49999");
+}
+
+QTEST_MAIN(tst_Pk3Explorer)
+#include "tst_Pk3Explorer.moc"

@@ -1,0 +1,281 @@
+// The PK3 reader against archives written byte for byte here, so any name, flag or damage can be had.
+#include "cUnzip.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QtEndian>
+
+namespace {
+
+struct RawEntry
+{
+    QByteArray name;
+    QByteArray data;
+    bool deflate = false;
+    bool encrypted = false; // only the flag: the data stays plain
+};
+
+quint32 crc32(QByteArrayView data)
+{
+    quint32 crc = 0xffffffffu;
+    for (const char c : data) {
+        crc ^= quint8(c);
+        for (int k = 0; k < 8; ++k)
+            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
+    }
+    return ~crc;
+}
+
+// Little-endian fields, each `width` bytes wide.
+void put(QByteArray &out, std::initializer_list<quint32> values, int width)
+{
+    for (const quint32 v : values) {
+        char bytes[4];
+        qToLittleEndian(v, bytes);
+        out.append(bytes, width);
+    }
+}
+
+// A zip archive of the entries, all dated 2005-06-07 08:09:10. A name that isn't valid UTF-8 goes without
+// the UTF-8 flag, so it reads as code page 437.
+QByteArray zipBytes(const QList<RawEntry> &entries)
+{
+    const quint32 time = (8 << 11) | (9 << 5) | (10 / 2);
+    const quint32 date = ((2005 - 1980) << 9) | (6 << 5) | 7;
+    QByteArray local;
+    QByteArray central;
+    for (const RawEntry &e : entries) {
+        // qCompress gives a length, a zlib header, the deflate stream and a checksum: keep the stream.
+        const QByteArray packed = e.deflate ? qCompress(e.data).sliced(6).chopped(4) : e.data;
+        const quint32 flags = (e.encrypted ? 1 : 0) | (QString::fromUtf8(e.name).toUtf8() == e.name ? 0x800 : 0);
+        QByteArray common; // the fields both headers have, from the version needed on
+        put(common, { 20, flags, e.deflate ? 8u : 0u, time, date }, 2);
+        put(common, { crc32(e.data), quint32(packed.size()), quint32(e.data.size()) }, 4);
+        put(common, { quint32(e.name.size()), 0 }, 2);
+        put(central, { 0x02014b50 }, 4);
+        put(central, { 20 }, 2);
+        central += common;
+        put(central, { 0, 0, 0 }, 2); // comment, disk, internal attributes
+        put(central, { 0, quint32(local.size()) }, 4); // external attributes, where the entry starts
+        central += e.name;
+        put(local, { 0x04034b50 }, 4);
+        local += common + e.name + packed;
+    }
+    QByteArray end;
+    put(end, { 0x06054b50, 0 }, 4);
+    put(end, { quint32(entries.size()), quint32(entries.size()) }, 2);
+    put(end, { quint32(central.size()), quint32(local.size()) }, 4);
+    put(end, { 0 }, 2);
+    return local + central + end;
+}
+
+bool writeFile(const QString &path, const QByteArray &bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+}
+
+QByteArray readFile(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray("(missing)");
+}
+
+QList<RawEntry> named(const QByteArrayList &names)
+{
+    QList<RawEntry> entries;
+    for (const QByteArray &name : names)
+        entries.append({ name, name.endsWith('/') ? QByteArray() : "data of " + name });
+    return entries;
+}
+
+} // namespace
+
+class tst_cUnzip : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void listing_data();
+    void listing();
+    void entryDetails_data();
+    void entryDetails();
+    void unreadableArchive_data();
+    void unreadableArchive();
+    void unzipStaysInsideItsFolder();
+    void unzipKeepsOrReplaces();
+
+private:
+    QTemporaryDir m_dir;
+    QString archive(const QList<RawEntry> &entries, const QString &name = QStringLiteral("test.pk3"))
+    {
+        const QString path = m_dir.filePath(name);
+        return writeFile(path, zipBytes(entries)) ? path : QString();
+    }
+};
+
+void tst_cUnzip::listing_data()
+{
+    QTest::addColumn<QByteArrayList>("names");
+    QTest::addColumn<QStringList>("listed"); // "folder|name"
+
+    QTest::newRow("root file") << QByteArrayList { "q3config.cfg" } << QStringList { "|q3config.cfg" };
+    QTest::newRow("nested, in archive order") << QByteArrayList { "models/players/sarge/head.md3", "autoexec.cfg" }
+                                              << QStringList { "models\\players\\sarge|head.md3", "|autoexec.cfg" };
+    QTest::newRow("folder entries skipped") << QByteArrayList { "models/", "models/players/", "models/players/a.skin" }
+                                            << QStringList { "models\\players|a.skin" };
+    QTest::newRow("folders only") << QByteArrayList { "maps/", "/", "maps/x/" } << QStringList {};
+    QTest::newRow("leading slash stays") << QByteArrayList { "/abs/x", "/y" } << QStringList { "/abs|x", "|/y" };
+    QTest::newRow("backslashes separate too") << QByteArrayList { "maps\\q3dm1.bsp", "a/b\\c.txt", "\\d" }
+                                              << QStringList { "maps|q3dm1.bsp", "a\\b|c.txt", "|d" };
+    QTest::newRow("UTF-8 and code page 437 names")
+        << QByteArrayList { "sons/caf\xc3\xa9.wav", "sons/caf\x82.wav" }
+        << QStringList { QStringLiteral("sons|caf\u00e9.wav"), QStringLiteral("sons|caf\u00e9.wav") };
+}
+
+void tst_cUnzip::listing()
+{
+    QFETCH(QByteArrayList, names);
+    QFETCH(QStringList, listed);
+    cUnzip zip;
+    zip.setZipFile(archive(named(names)));
+    QString error;
+    QVERIFY2(zip.Directory(&error), qPrintable(error));
+    QStringList got;
+    for (int i = 1; i <= zip.FileCount(); ++i)
+        got.append(zip.FileDirectory(i) + u'|' + zip.Filename(i));
+    QCOMPARE(got, listed);
+    // Listing again appends; naming the archive again starts afresh.
+    QVERIFY(zip.Directory());
+    QCOMPARE(zip.FileCount(), 2 * listed.size());
+    zip.setZipFile(zip.ZipFile());
+    QCOMPARE(zip.FileCount(), 0);
+}
+
+void tst_cUnzip::entryDetails_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<bool>("deflate");
+    QTest::addColumn<bool>("encrypted");
+    QTest::addColumn<QString>("method");
+
+    const QByteArray text = QByteArray("seta cg_fov \"110\"\r\n").repeated(200);
+    QTest::newRow("stored") << text << false << false << "Stored";
+    QTest::newRow("deflated") << text << true << false << "Deflated";
+    QTest::newRow("encrypted") << text << false << true << "Stored";
+    QTest::newRow("empty") << QByteArray() << false << false << "Stored";
+}
+
+void tst_cUnzip::entryDetails()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(bool, deflate);
+    QFETCH(bool, encrypted);
+    QFETCH(QString, method);
+    const QByteArray bytes = zipBytes({ { "a.cfg", data, deflate, encrypted } });
+    cUnzip zip;
+    zip.setZipFile(archive({ { "a.cfg", data, deflate, encrypted } }));
+    QVERIFY(zip.Directory());
+    QCOMPARE(zip.FileCount(), 1);
+    QCOMPARE(zip.FileCompressionMethod(1), method);
+    QCOMPARE(zip.FileSize(1), data.size());
+    QCOMPARE(zip.FileCRC(1), crc32(data));
+    QCOMPARE(zip.FileEncrypted(1), encrypted);
+    QCOMPARE(zip.FileDate(1), QDateTime(QDate(2005, 6, 7), QTime(8, 9)));
+    QVERIFY(zip.FileSelected(1));
+    // The packed size comes back from the ratio to within the rounding of one per cent.
+    const qint64 packed = bytes.size() - (30 + 5) - (46 + 5) - 22; // all but the headers and the end record
+    if (data.isEmpty()) {
+        QCOMPARE(zip.FileCompressionRatio(1), 0);
+    } else {
+        QCOMPARE(zip.FileCompressionRatio(1), packed * 100 / data.size());
+        QVERIFY(packed - zip.FilePackedSize(1) <= data.size() / 100);
+    }
+    if (deflate)
+        QVERIFY(zip.FileCompressionRatio(1) < 10);
+}
+
+void tst_cUnzip::unreadableArchive_data()
+{
+    QTest::addColumn<QByteArray>("bytes"); // what replaces a good archive; empty: it is removed
+    QTest::addColumn<bool>("remove");
+
+    QByteArray noise(4096, Qt::Uninitialized);
+    for (qsizetype i = 0; i < noise.size(); ++i)
+        noise[i] = char((i * 7919 + 13) % 251);
+    const QByteArray whole = zipBytes(named({ "maps/q3dm17.bsp", "scripts/a.shader", "b.cfg" }));
+    QTest::newRow("missing") << QByteArray() << true;
+    QTest::newRow("random bytes") << noise << false;
+    QTest::newRow("cut in half") << whole.first(whole.size() / 2) << false;
+    QTest::newRow("end record cut") << whole.chopped(4) << false;
+    QTest::newRow("no bytes") << QByteArray() << false;
+}
+
+void tst_cUnzip::unreadableArchive()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, remove);
+    const QString path = archive(named({ "a.cfg", "b/c.cfg" }), QStringLiteral("damaged.pk3"));
+    cUnzip zip;
+    zip.setZipFile(path);
+    QVERIFY(zip.Directory());
+    QVERIFY(remove ? QFile::remove(path) : writeFile(path, bytes));
+    QString error;
+    QVERIFY(!zip.Directory(&error));
+    QVERIFY2(error.contains(path), qPrintable(error));
+    QCOMPARE(zip.FileCount(), 2);
+}
+
+void tst_cUnzip::unzipStaysInsideItsFolder()
+{
+    QTemporaryDir dir;
+    const QString out = dir.filePath(QStringLiteral("out"));
+    QVERIFY(QDir().mkpath(out));
+    QVERIFY(QFile::link(dir.path(), out + QStringLiteral("/link")));
+    const QByteArray map = QByteArray("brush\n").repeated(500);
+    QList<RawEntry> entries = named({ "b.cfg", "skip/me.txt", "../escape.txt", "/abs.txt", "C:evil.txt",
+        "maps/../../up.txt", "\\back.txt", "link/through.txt", "./dot/ok.txt" });
+    entries.prepend({ "maps/a.bsp", map, true });
+    entries.append({ "locked.cfg", "x", false, true });
+    cUnzip zip;
+    zip.setZipFile(archive(entries));
+    zip.UnzipFolder = out;
+    QVERIFY(zip.Directory());
+    zip.setFileSelected(3, false);
+    QString error;
+    QVERIFY(!zip.Unzip(&error));
+
+    QCOMPARE(readFile(out + QStringLiteral("/maps/a.bsp")), map);
+    QCOMPARE(readFile(out + QStringLiteral("/b.cfg")), QByteArray("data of b.cfg"));
+    QCOMPARE(readFile(out + QStringLiteral("/dot/ok.txt")), QByteArray("data of ./dot/ok.txt"));
+    QVERIFY(!QFile::exists(out + QStringLiteral("/skip/me.txt")));
+    QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList { "out" });
+    QVERIFY(!QFile::exists(QStringLiteral("/abs.txt")));
+    const QStringList lines = error.split(u'\n');
+    QCOMPARE(lines.size(), 7);
+    const QStringList refused { "../escape.txt", "/abs.txt", "C:evil.txt", "maps/../../up.txt", "\\back.txt",
+        "link/through.txt", "locked.cfg" };
+    for (int i = 0; i < refused.size(); ++i)
+        QVERIFY2(lines[i].startsWith(refused[i] + u':'), qPrintable(lines[i]));
+}
+
+void tst_cUnzip::unzipKeepsOrReplaces()
+{
+    QTemporaryDir dir;
+    const QString file = dir.filePath(QStringLiteral("a.cfg"));
+    QVERIFY(writeFile(file, "mine"));
+    cUnzip zip;
+    QVERIFY(!zip.Unzip()); // no archive yet
+    zip.setZipFile(archive(named({ "a.cfg" })));
+    zip.UnzipFolder = dir.path();
+    QVERIFY(zip.Unzip()); // lists the archive first
+    QCOMPARE(readFile(file), QByteArray("mine"));
+    zip.OverwriteExisting = true;
+    QVERIFY(zip.Unzip());
+    QCOMPARE(readFile(file), QByteArray("data of a.cfg"));
+}
+
+QTEST_GUILESS_MAIN(tst_cUnzip)
+#include "tst_cUnzip.moc"
