@@ -1,10 +1,11 @@
 #include "FileAssociations.h"
 
+#include "WholeFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
-#include <QSaveFile>
 #include <QSet>
 #include <QStandardPaths>
 #include <QXmlStreamWriter>
@@ -51,13 +52,9 @@ QString writeIfChanged(const QString &path, const QByteArray &bytes)
     const QString shown = QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
     if (!QDir().mkpath(QFileInfo(path).absolutePath()))
         return QStringLiteral("Could not write \"%1\": its folder could not be created").arg(shown);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        const QString error = QStringLiteral("Could not write \"%1\": %2").arg(shown, file.errorString());
-        file.cancelWriting();
-        return error;
-    }
-    return QString();
+    QString error;
+    WriteWholeFile(path, bytes, &error);
+    return error;
 }
 
 QByteArray mimePackage()

@@ -1,10 +1,11 @@
 #include "ProgramSettings.h"
 
+#include "WholeFile.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QList>
-#include <QSaveFile>
 #include <QStandardPaths>
 
 #include <climits>
@@ -195,16 +196,7 @@ bool IniText::save(const QString &path, QString *error) const
     QByteArray bytes = m_bom ? bom : QByteArray();
     for (const Line &line : m_lines)
         bytes += line.bytes + "\r\n";
-    QSaveFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-    if (!written) {
-        if (error) {
-            *error = QStringLiteral("Could not write \"%1\": %2")
-                         .arg(QFileInfo(path).absoluteFilePath(), file.errorString());
-        }
-        file.cancelWriting();
-    }
-    return written;
+    return WriteWholeFile(path, bytes, error);
 }
 
 QString readSetting(const IniText &text, const QString &sectionName, const QString &key, const QString &defaultValue)

@@ -1,9 +1,9 @@
 #include "ConfigWriter.h"
 
 #include "SettingMapping.h"
+#include "WholeFile.h"
 
 #include <QFileInfo>
-#include <QSaveFile>
 
 namespace {
 
@@ -71,17 +71,8 @@ QStringList BuildCfgLines(const ConfigDocument &doc, FileScope scope)
 bool WriteCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error)
 {
     doc.setOutputLines(BuildCfgLines(doc, scope));
-    const QByteArray bytes = ConfigWriter::fileBytes(doc, scope);
-    QSaveFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-    if (!written) {
-        if (error) {
-            *error = QStringLiteral("Could not write \"%1\": %2")
-                         .arg(QFileInfo(path).absoluteFilePath(), file.errorString());
-        }
-        file.cancelWriting();
+    if (!WriteWholeFile(path, ConfigWriter::fileBytes(doc, scope), error))
         return false;
-    }
     if (scope == FileScope::Whole)
         doc.TakeSnapshot();
     return true;
