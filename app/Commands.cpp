@@ -217,13 +217,13 @@ void Commands::buildToolbar()
         const QString key = latin(row.key);
         QAction *action = key.startsWith(u"SEP") ? m_toolbar->addSeparator() : nullptr;
         if (key == u"ONWEB1") {
-            m_webButton = new QToolButton(m_toolbar);
-            m_webButton->setPopupMode(QToolButton::InstantPopup);
-            m_webButton->setMenu(m_menu->subMenu(QStringLiteral("Websites1")));
-            action = m_toolbar->addWidget(m_webButton);
-            m_webButton->setIcon(ImageList::icon(latin(row.icon)));
-            m_webButton->setToolTip(latin(row.toolTip));
-            m_webButton->setObjectName(key);
+            auto *web = new QToolButton(m_toolbar);
+            web->setPopupMode(QToolButton::InstantPopup);
+            web->setMenu(m_menu->subMenu(QStringLiteral("Websites1")));
+            web->setIcon(ImageList::icon(latin(row.icon)));
+            web->setToolTip(latin(row.toolTip));
+            web->setObjectName(key);
+            action = m_toolbar->addWidget(web);
         } else if (!action) {
             action = m_toolbar->addAction(ImageList::icon(latin(row.icon)), latin(row.toolTip));
             connect(action, &QAction::triggered, this, [this, key] { toolbarClick(key); });

@@ -13,7 +13,6 @@
 class PopMenu;
 class QAction;
 class QToolBar;
-class QToolButton;
 class QWidget;
 class frmAbout;
 class frmMain;
@@ -83,7 +82,6 @@ private:
     frmMain &m_window;
     PopMenu *m_menu;
     QToolBar *m_toolbar = nullptr;
-    QToolButton *m_webButton = nullptr;
     QHash<QString, std::function<void()>> m_handlers;
     QPointer<QWidget> m_preview;
     bool m_previewWanted = false;

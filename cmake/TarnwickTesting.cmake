@@ -3,6 +3,7 @@ function(tarnwick_add_test name)
     cmake_parse_arguments(T "" "LABEL" "LIBS" ${ARGN})
     add_executable(${name} ${name}.cpp)
     target_link_libraries(${name} PRIVATE ${T_LIBS} tarnwick_options Qt6::Test)
+    target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/common)
     target_compile_definitions(${name} PRIVATE
         TARNWICK_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
         TARNWICK_CORPUS="${PROJECT_SOURCE_DIR}/../shared/corpus/configs")

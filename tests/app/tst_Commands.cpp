@@ -5,6 +5,7 @@
 #include "PopMenu.h"
 #include "Program.h"
 #include "Prompts.h"
+#include "TestFiles.h"
 #include "SettingCatalog.h"
 #include "frmLoad.h"
 #include "frmMain.h"
@@ -136,11 +137,7 @@ QStringList tst_Commands::observe(const std::function<void()> &act)
 
 QString tst_Commands::file(const QString &name, const QByteArray &bytes)
 {
-    const QString path = m_dir.filePath(name);
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
+    return writeTestFile(m_dir.filePath(name), bytes);
 }
 
 void tst_Commands::menuItemsRunTheirCommands_data()

@@ -3,6 +3,7 @@
 #include "GameFolder.h"
 #include "DocumentCommands.h"
 #include "Prompts.h"
+#include "TestFiles.h"
 #include "SettingCatalog.h"
 #include "frmMain.h"
 #include "frmNew.h"
@@ -62,11 +63,7 @@ void tst_DocumentCommands::cleanup()
 
 QString tst_DocumentCommands::file(const QString &name, const QByteArray &bytes)
 {
-    const QString path = m_dir.filePath(name);
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
+    return writeTestFile(m_dir.filePath(name), bytes);
 }
 
 void tst_DocumentCommands::answerNewDialog(int mode, const QString &name, bool ok)

@@ -8,6 +8,7 @@
 #include "Program.h"
 #include "ProgramSettings.h"
 #include "Prompts.h"
+#include "TestFiles.h"
 #include "SettingCatalog.h"
 #include "frmMain.h"
 #include "frmOptions.h"
@@ -80,11 +81,7 @@ void tst_StartUp::cleanup()
 
 QString tst_StartUp::file(const QString &name, const QByteArray &bytes)
 {
-    const QString path = m_dir.filePath(name);
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(path));
-    return path;
+    return writeTestFile(m_dir.filePath(name), bytes);
 }
 
 // A folder that holds the game when `program` is not empty.
