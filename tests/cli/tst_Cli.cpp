@@ -1,4 +1,6 @@
 // Drives the real tarnwick-cli: exit codes, messages, scripts, the corpus and hostile input.
+#include "TestZip.h"
+
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -6,7 +8,6 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
 
 class tst_Cli : public QObject
 {
@@ -181,39 +182,13 @@ void tst_Cli::topLevelCommands()
     }());
 }
 
-// A zip archive of empty stored entries, enough to be listed (listing checks no CRC); `encrypted` names the
-// entries flagged as encrypted.
+// A zip archive of empty stored entries; `encrypted` names the entries flagged as encrypted.
 static QByteArray emptyEntriesZip(const QByteArrayList &names, const QByteArrayList &encrypted)
 {
-    const auto put = [](QByteArray &out, std::initializer_list<quint32> values, int width) {
-        for (const quint32 v : values) {
-            char bytes[4];
-            qToLittleEndian(v, bytes);
-            out.append(bytes, width);
-        }
-    };
-    QByteArray local;
-    QByteArray central;
-    for (const QByteArray &name : names) {
-        const quint32 flags = encrypted.contains(name) ? 1 : 0;
-        put(central, { 0x02014b50 }, 4);
-        put(central, { 20, 20, flags, 0, 0, 0 }, 2); // versions, flags, method, time, date
-        put(central, { 0, 0, 0 }, 4); // CRC, sizes
-        put(central, { quint32(name.size()), 0, 0, 0, 0 }, 2);
-        put(central, { 0, quint32(local.size()) }, 4); // attributes, local header
-        central += name;
-        put(local, { 0x04034b50 }, 4);
-        put(local, { 20, flags, 0, 0, 0 }, 2);
-        put(local, { 0, 0, 0 }, 4);
-        put(local, { quint32(name.size()), 0 }, 2);
-        local += name;
-    }
-    QByteArray end;
-    put(end, { 0x06054b50, 0 }, 4);
-    put(end, { quint32(names.size()), quint32(names.size()) }, 2);
-    put(end, { quint32(central.size()), quint32(local.size()) }, 4);
-    put(end, { 0 }, 2);
-    return local + central + end;
+    QList<TestZip::RawEntry> entries;
+    for (const QByteArray &name : names)
+        entries.append({ name, QByteArray(), false, encrypted.contains(name) });
+    return TestZip::zipBytes(entries);
 }
 
 void tst_Cli::pk3Listing()
@@ -289,3 +264,4 @@ void tst_Cli::hostileInput()
 
 QTEST_GUILESS_MAIN(tst_Cli)
 #include "tst_Cli.moc"
+#include "TestZip.h"

@@ -2,6 +2,8 @@
 #include "FileIcons.h"
 #include "Pk3ExplorerPage.h"
 #include "Prompts.h"
+#include "TestFiles.h"
+#include "TestZip.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -12,7 +14,6 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
-#include <array>
 
 namespace {
 
@@ -22,53 +23,13 @@ struct ZipItem
     bool encrypted = false;
 };
 
-quint32 crc32(const QByteArray &bytes)
-{
-    static const auto table = [] {
-        std::array<quint32, 256> t {};
-        for (quint32 n = 0; n < 256; ++n) {
-            t[n] = n;
-            for (int k = 0; k < 8; ++k)
-                t[n] = (t[n] & 1) ? 0xEDB88320u ^ (t[n] >> 1) : t[n] >> 1;
-        }
-        return t;
-    }();
-    quint32 c = 0xFFFFFFFFu;
-    for (const char b : bytes)
-        c = table[(c ^ quint8(b)) & 0xFF] ^ (c >> 8);
-    return ~c;
-}
-
-void put(QByteArray &out, std::initializer_list<std::pair<quint32, int>> fields)
-{
-    for (const auto &[value, bytes] : fields) {
-        for (int i = 0; i < bytes; ++i)
-            out.append(char(value >> (8 * i)));
-    }
-}
-
-// Stored entries holding "data": local headers, the central directory, the end record.
+// Stored entries holding "data".
 QByteArray zipOf(const QList<ZipItem> &items)
 {
-    const QByteArray data = "data";
-    QByteArray out, central;
-    for (const ZipItem &item : items) {
-        const QByteArray name = item.name.toUtf8();
-        QByteArray common; // flags (UTF-8 name; bit 0 encrypted), stored, time, date, CRC, sizes, name, extra
-        put(common,
-            { { 0x800u | item.encrypted, 2 }, { 0, 2 }, { 0, 2 }, { 0x21, 2 }, { crc32(data), 4 }, { 4, 4 }, { 4, 4 },
-                { quint32(name.size()), 2 }, { 0, 2 } });
-        put(central, { { 0x02014b50, 4 }, { 20, 2 }, { 20, 2 } });
-        central += common;
-        put(central, { { 0, 2 }, { 0, 2 }, { 0, 2 }, { 0, 4 }, { quint32(out.size()), 4 } });
-        central += name;
-        put(out, { { 0x04034b50, 4 }, { 20, 2 } });
-        out += common + name + data;
-    }
-    const quint32 count = quint32(items.size()), size = quint32(central.size()), offset = quint32(out.size());
-    out += central;
-    put(out, { { 0x06054b50, 4 }, { 0, 4 }, { count, 2 }, { count, 2 }, { size, 4 }, { offset, 4 }, { 0, 2 } });
-    return out;
+    QList<TestZip::RawEntry> entries;
+    for (const ZipItem &item : items)
+        entries.append({ item.name.toUtf8(), "data", false, item.encrypted });
+    return TestZip::zipBytes(entries);
 }
 
 } // namespace
@@ -123,10 +84,7 @@ void tst_Pk3Explorer::cleanup()
 
 QString tst_Pk3Explorer::write(const QString &name, const QByteArray &bytes)
 {
-    QFile f(m_dir.filePath(name));
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        qFatal("cannot write %s", qPrintable(name));
-    return f.fileName();
+    return writeTestFile(m_dir.filePath(name), bytes);
 }
 
 void tst_Pk3Explorer::answer(const QStringList &codes)

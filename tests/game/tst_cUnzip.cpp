@@ -1,81 +1,18 @@
 // The PK3 reader against archives written byte for byte here, so any name, flag or damage can be had.
 #include "cUnzip.h"
+#include "TestFiles.h"
+#include "TestZip.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QtEndian>
+
+using TestZip::RawEntry;
+using TestZip::crc32;
+using TestZip::zipBytes;
 
 namespace {
-
-struct RawEntry
-{
-    QByteArray name;
-    QByteArray data;
-    bool deflate = false;
-    bool encrypted = false; // only the flag: the data stays plain
-};
-
-quint32 crc32(QByteArrayView data)
-{
-    quint32 crc = 0xffffffffu;
-    for (const char c : data) {
-        crc ^= quint8(c);
-        for (int k = 0; k < 8; ++k)
-            crc = (crc >> 1) ^ (0xedb88320u & (0u - (crc & 1u)));
-    }
-    return ~crc;
-}
-
-// Little-endian fields, each `width` bytes wide.
-void put(QByteArray &out, std::initializer_list<quint32> values, int width)
-{
-    for (const quint32 v : values) {
-        char bytes[4];
-        qToLittleEndian(v, bytes);
-        out.append(bytes, width);
-    }
-}
-
-// A zip archive of the entries, all dated 2005-06-07 08:09:10. A name that isn't valid UTF-8 goes without
-// the UTF-8 flag, so it reads as code page 437.
-QByteArray zipBytes(const QList<RawEntry> &entries)
-{
-    const quint32 time = (8 << 11) | (9 << 5) | (10 / 2);
-    const quint32 date = ((2005 - 1980) << 9) | (6 << 5) | 7;
-    QByteArray local;
-    QByteArray central;
-    for (const RawEntry &e : entries) {
-        // qCompress gives a length, a zlib header, the deflate stream and a checksum: keep the stream.
-        const QByteArray packed = e.deflate ? qCompress(e.data).sliced(6).chopped(4) : e.data;
-        const quint32 flags = (e.encrypted ? 1 : 0) | (QString::fromUtf8(e.name).toUtf8() == e.name ? 0x800 : 0);
-        QByteArray common; // the fields both headers have, from the version needed on
-        put(common, { 20, flags, e.deflate ? 8u : 0u, time, date }, 2);
-        put(common, { crc32(e.data), quint32(packed.size()), quint32(e.data.size()) }, 4);
-        put(common, { quint32(e.name.size()), 0 }, 2);
-        put(central, { 0x02014b50 }, 4);
-        put(central, { 20 }, 2);
-        central += common;
-        put(central, { 0, 0, 0 }, 2); // comment, disk, internal attributes
-        put(central, { 0, quint32(local.size()) }, 4); // external attributes, where the entry starts
-        central += e.name;
-        put(local, { 0x04034b50 }, 4);
-        local += common + e.name + packed;
-    }
-    QByteArray end;
-    put(end, { 0x06054b50, 0 }, 4);
-    put(end, { quint32(entries.size()), quint32(entries.size()) }, 2);
-    put(end, { quint32(central.size()), quint32(local.size()) }, 4);
-    put(end, { 0 }, 2);
-    return local + central + end;
-}
-
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QFile f(path);
-    return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
-}
 
 QByteArray readFile(const QString &path)
 {
@@ -111,8 +48,7 @@ private:
     QTemporaryDir m_dir;
     QString archive(const QList<RawEntry> &entries, const QString &name = QStringLiteral("test.pk3"))
     {
-        const QString path = m_dir.filePath(name);
-        return writeFile(path, zipBytes(entries)) ? path : QString();
+        return writeTestFile(m_dir.filePath(name), zipBytes(entries));
     }
 };
 
@@ -221,7 +157,7 @@ void tst_cUnzip::unreadableArchive()
     cUnzip zip;
     zip.setZipFile(path);
     QVERIFY(zip.Directory());
-    QVERIFY(remove ? QFile::remove(path) : writeFile(path, bytes));
+    QVERIFY(remove ? QFile::remove(path) : !writeTestFile(path, bytes).isEmpty());
     QString error;
     QVERIFY(!zip.Directory(&error));
     QVERIFY2(error.contains(path), qPrintable(error));
@@ -265,7 +201,7 @@ void tst_cUnzip::unzipKeepsOrReplaces()
 {
     QTemporaryDir dir;
     const QString file = dir.filePath(QStringLiteral("a.cfg"));
-    QVERIFY(writeFile(file, "mine"));
+    writeTestFile(file, "mine");
     cUnzip zip;
     QVERIFY(!zip.Unzip()); // no archive yet
     zip.setZipFile(archive(named({ "a.cfg" })));
