@@ -13,10 +13,10 @@
 #include "frmNew.h"
 
 #include <QApplication>
-#include <algorithm>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <algorithm>
 
 namespace {
 
@@ -72,6 +72,13 @@ void DocumentCommands::openCommand()
         OpenCfg(QString());
 }
 
+bool DocumentCommands::chooseAnotherFile(const QString &question)
+{
+    return Prompts::ask(m_window, QStringLiteral("Incorrect file extension"), question,
+               QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
+        == QMessageBox::Yes;
+}
+
 bool DocumentCommands::OpenCfg(QString path)
 {
     for (;;) {
@@ -82,11 +89,8 @@ bool DocumentCommands::OpenCfg(QString path)
         }
         if (hasConfigExtension(path))
             break;
-        const QString question
-            = QStringLiteral("This isn't an CFG or CONFIG file.\nDo you want to choose another file?");
-        if (Prompts::ask(m_window, QStringLiteral("Incorrect file extension"), question,
-                QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
-            != QMessageBox::Yes)
+        if (!chooseAnotherFile(
+                QStringLiteral("This isn't an CFG or CONFIG file.\nDo you want to choose another file?")))
             return false;
         path.clear();
     }
@@ -111,8 +115,7 @@ bool DocumentCommands::readWhileSplashShows(const QString &path, QString *error)
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     {
         const Program::HotKeysOff off;
-        m_load->runModal(true,
-            [&] { read = ReadCfgFile(m_doc, Program::PendingLoadPath, FileScope::Whole, error); });
+        m_load->runModal(true, [&] { read = ReadCfgFile(m_doc, Program::PendingLoadPath, FileScope::Whole, error); });
     }
     QGuiApplication::restoreOverrideCursor();
     return read;
@@ -217,11 +220,8 @@ bool DocumentCommands::ImportFile(QString path, int kind)
         }
         if (kind >= 0 && kind <= 3)
             break;
-        const QString question
-            = QStringLiteral("This is not an RNR, CTR, HUD or RLG file.\r\nDo you want to choose another file?");
-        if (Prompts::ask(m_window, QStringLiteral("Incorrect file extension"), question,
-                QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
-            != QMessageBox::Yes)
+        if (!chooseAnotherFile(
+                QStringLiteral("This is not an RNR, CTR, HUD or RLG file.\r\nDo you want to choose another file?")))
             return false;
         path.clear();
     }

@@ -49,6 +49,8 @@ Q_SIGNALS:
 
 private:
     QString startFolder() const;
+    /// The "Incorrect file extension" question: true when the user wants to choose another file.
+    bool chooseAnotherFile(const QString &question);
     bool readWhileSplashShows(const QString &path, QString *error);
     bool write(const QString &path);
 
