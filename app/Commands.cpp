@@ -352,7 +352,8 @@ void Commands::togglePreview()
 void Commands::updatePreviewCaption()
 {
     const bool open = m_preview ? m_preview->isVisible() : m_previewWanted;
-    m_menu->setCaption(QStringLiteral("Prev1"), open ? QStringLiteral("Hide &Preview") : QStringLiteral("Show &Preview"));
+    m_menu->setCaption(
+        QStringLiteral("Prev1"), open ? QStringLiteral("Hide &Preview") : QStringLiteral("Show &Preview"));
 }
 
 bool Commands::eventFilter(QObject *watched, QEvent *event)

@@ -92,8 +92,8 @@ TwinLabel *ControlBinder::label(const QString &name)
     auto *twin = new TwinLabel(normal, greyed);
     const SettingRow &r = catalog().row(row);
     // A slider's label reads its value; every other label is the caption.
-    twin->setText(r.kind == ControlKind::Slider ? ControlRules::sliderLabel(r, m_doc.state(row))
-                                                : r.caption + r.captionSuffix);
+    twin->setText(
+        r.kind == ControlKind::Slider ? ControlRules::sliderLabel(r, m_doc.state(row)) : r.caption + r.captionSuffix);
     m_labels.insert(name, twin);
     return twin;
 }

@@ -19,8 +19,8 @@ bool LocateGameFolder(QWidget *owner, const QString &problem)
         }
         const QString question
             = QStringLiteral("Invalid Quake III Arena Dir.\nProblem: %1.\n\nWould you like to try again?").arg(problem);
-        if (Prompts::ask(owner, QStringLiteral("Tarnwick"), question, QMessageBox::Yes | QMessageBox::No,
-                QMessageBox::Warning)
+        if (Prompts::ask(
+                owner, QStringLiteral("Tarnwick"), question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
             != QMessageBox::Yes)
             return false;
     }

@@ -34,8 +34,8 @@ int main(int argc, char **argv)
     frmLoad splash;
     splash.showStartUp();
     frmMain window;
-    const QString registration = window.startUp(&splash,
-        settingsFilePath(QCoreApplication::applicationDirPath()), QCoreApplication::applicationFilePath());
+    const QString registration = window.startUp(
+        &splash, settingsFilePath(QCoreApplication::applicationDirPath()), QCoreApplication::applicationFilePath());
     Program::LoadingConfiguration = true;
     window.show();
     QObject::connect(&instance, &SingleInstance::commandLineReceived, &window, [&window](const QString &text) {

@@ -219,20 +219,20 @@ int CliSession::run(const QStringList &args)
         return int(Success);
     };
     if (command == u"rewrite" && count == 3)
-        return chain({[&] { return open(args[1]); }, [&] { return save(args[2]); }});
+        return chain({ [&] { return open(args[1]); }, [&] { return save(args[2]); } });
     if (command == u"export" && count == 4) {
         if (!PartialFiles::kindFromName(args[1]))
             return usageError(QStringLiteral("unknown KIND \"%1\"").arg(args[1]));
-        return chain({[&] { return open(args[2]); }, [&] { return exportKind(args[1], args[3]); }});
+        return chain({ [&] { return open(args[2]); }, [&] { return exportKind(args[1], args[3]); } });
     }
     if (command == u"import" && count == 5) {
         if (!PartialFiles::kindFromName(args[1]))
             return usageError(QStringLiteral("unknown KIND \"%1\"").arg(args[1]));
-        return chain({[&] { return open(args[3]); }, [&] { return importKind(args[1], args[2]); },
-                      [&] { return save(args[4]); }});
+        return chain({ [&] { return open(args[3]); }, [&] { return importKind(args[1], args[2]); },
+            [&] { return save(args[4]); } });
     }
     if (command == u"new" && count == 3)
-        return chain({[&] { return newDocument(args[1], QString()); }, [&] { return save(args[2]); }});
+        return chain({ [&] { return newDocument(args[1], QString()); }, [&] { return save(args[2]); } });
     if (command == u"pk3" && count == 2)
         return listArchive(args[1]);
     if (command == u"script" && count == 2) {

@@ -2,8 +2,8 @@
 
 #include <QLocale>
 #include <array>
-#include <charconv>
 #include <cfloat>
+#include <charconv>
 #include <cmath>
 #include <string>
 #include <string_view>
@@ -12,91 +12,91 @@ namespace CfgNumber {
 
 namespace {
 
-bool isDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
-}
+    bool isDigit(QChar c)
+    {
+        return c >= u'0' && c <= u'9';
+    }
 
-// Length of the longest decimal number at the start of `text`, or 0 when there is none.
-qsizetype leadingNumberLength(QStringView text)
-{
-    qsizetype i = 0;
-    const qsizetype n = text.size();
-    if (i < n && (text[i] == u'+' || text[i] == u'-'))
-        ++i;
-    qsizetype digits = 0;
-    while (i < n && isDigit(text[i]))
-        ++i, ++digits;
-    if (i < n && text[i] == u'.') {
-        qsizetype j = i + 1;
-        qsizetype fraction = 0;
-        while (j < n && isDigit(text[j]))
-            ++j, ++fraction;
-        if (digits + fraction > 0) {
-            i = j;
-            digits += fraction;
-        }
-    }
-    if (digits == 0)
-        return 0;
-    if (i < n && (text[i] == u'e' || text[i] == u'E')) {
-        qsizetype j = i + 1;
-        if (j < n && (text[j] == u'+' || text[j] == u'-'))
-            ++j;
-        const qsizetype expStart = j;
-        while (j < n && isDigit(text[j]))
-            ++j;
-        if (j > expStart)
-            i = j;
-    }
-    return i;
-}
-
-// Converts a text that is known to be a decimal number. Values beyond the double range
-// become the largest finite double, values below it zero, each with its sign.
-double convert(QStringView number)
-{
-    const bool negative = number.startsWith(u'-');
-    if (number.startsWith(u'+') || negative)
-        number = number.mid(1);
-    // Short numbers, nearly all of them, convert without touching the heap.
-    std::array<char, 64> onStack{};
-    std::string onHeap;
-    char *buffer = onStack.data();
-    if (number.size() > qsizetype(onStack.size())) {
-        onHeap.resize(size_t(number.size()));
-        buffer = onHeap.data();
-    }
-    for (qsizetype i = 0; i < number.size(); ++i)
-        buffer[i] = char(number[i].unicode()); // digits, point, exponent: all ASCII
-    const std::string_view bytes(buffer, size_t(number.size()));
-    double value = 0;
-    const auto [end, ec] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), value);
-    Q_UNUSED(end);
-    if (ec == std::errc::result_out_of_range) {
-        // Decide overflow or underflow from the magnitude of the first significant digit.
-        const auto ePos = bytes.find_first_of("eE");
-        const std::string_view mantissa = bytes.substr(0, ePos);
-        long exponent = 0;
-        if (ePos != std::string_view::npos) {
-            const std::string_view e = bytes.substr(ePos + 1);
-            const bool eNegative = !e.empty() && e[0] == '-';
-            for (char c : e) {
-                if (c >= '0' && c <= '9')
-                    exponent = std::min(exponent * 10 + (c - '0'), 100000L);
+    // Length of the longest decimal number at the start of `text`, or 0 when there is none.
+    qsizetype leadingNumberLength(QStringView text)
+    {
+        qsizetype i = 0;
+        const qsizetype n = text.size();
+        if (i < n && (text[i] == u'+' || text[i] == u'-'))
+            ++i;
+        qsizetype digits = 0;
+        while (i < n && isDigit(text[i]))
+            ++i, ++digits;
+        if (i < n && text[i] == u'.') {
+            qsizetype j = i + 1;
+            qsizetype fraction = 0;
+            while (j < n && isDigit(text[j]))
+                ++j, ++fraction;
+            if (digits + fraction > 0) {
+                i = j;
+                digits += fraction;
             }
-            if (eNegative)
-                exponent = -exponent;
         }
-        const auto point = mantissa.find('.');
-        const auto firstSignificant = mantissa.find_first_of("123456789");
-        const long intDigits = long(point == std::string_view::npos ? mantissa.size() : point);
-        const long position = long(firstSignificant);
-        const long magnitude = (position < intDigits ? intDigits - position - 1 : intDigits - position) + exponent;
-        value = magnitude > 0 ? DBL_MAX : 0.0;
+        if (digits == 0)
+            return 0;
+        if (i < n && (text[i] == u'e' || text[i] == u'E')) {
+            qsizetype j = i + 1;
+            if (j < n && (text[j] == u'+' || text[j] == u'-'))
+                ++j;
+            const qsizetype expStart = j;
+            while (j < n && isDigit(text[j]))
+                ++j;
+            if (j > expStart)
+                i = j;
+        }
+        return i;
     }
-    return negative ? -value : value;
-}
+
+    // Converts a text that is known to be a decimal number. Values beyond the double range
+    // become the largest finite double, values below it zero, each with its sign.
+    double convert(QStringView number)
+    {
+        const bool negative = number.startsWith(u'-');
+        if (number.startsWith(u'+') || negative)
+            number = number.mid(1);
+        // Short numbers, nearly all of them, convert without touching the heap.
+        std::array<char, 64> onStack {};
+        std::string onHeap;
+        char *buffer = onStack.data();
+        if (number.size() > qsizetype(onStack.size())) {
+            onHeap.resize(size_t(number.size()));
+            buffer = onHeap.data();
+        }
+        for (qsizetype i = 0; i < number.size(); ++i)
+            buffer[i] = char(number[i].unicode()); // digits, point, exponent: all ASCII
+        const std::string_view bytes(buffer, size_t(number.size()));
+        double value = 0;
+        const auto [end, ec] = std::from_chars(bytes.data(), bytes.data() + bytes.size(), value);
+        Q_UNUSED(end);
+        if (ec == std::errc::result_out_of_range) {
+            // Decide overflow or underflow from the magnitude of the first significant digit.
+            const auto ePos = bytes.find_first_of("eE");
+            const std::string_view mantissa = bytes.substr(0, ePos);
+            long exponent = 0;
+            if (ePos != std::string_view::npos) {
+                const std::string_view e = bytes.substr(ePos + 1);
+                const bool eNegative = !e.empty() && e[0] == '-';
+                for (char c : e) {
+                    if (c >= '0' && c <= '9')
+                        exponent = std::min(exponent * 10 + (c - '0'), 100000L);
+                }
+                if (eNegative)
+                    exponent = -exponent;
+            }
+            const auto point = mantissa.find('.');
+            const auto firstSignificant = mantissa.find_first_of("123456789");
+            const long intDigits = long(point == std::string_view::npos ? mantissa.size() : point);
+            const long position = long(firstSignificant);
+            const long magnitude = (position < intDigits ? intDigits - position - 1 : intDigits - position) + exponent;
+            value = magnitude > 0 ? DBL_MAX : 0.0;
+        }
+        return negative ? -value : value;
+    }
 
 } // namespace
 

@@ -28,7 +28,7 @@ QString header()
 
 QByteArray fileBytes(const ConfigDocument &doc, FileScope scope)
 {
-    QStringList lines{header()};
+    QStringList lines { header() };
     if (scope == FileScope::Whole)
         lines.append(doc.keptLines());
     lines.append(BuildCfgLines(doc, scope));

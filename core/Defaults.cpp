@@ -9,25 +9,59 @@ namespace {
 
 using KeyPair = std::pair<const char *, const char *>;
 
-const std::array<KeyPair, ActionTable::Count> defaultKeys{{
-    {"SHIFT", ""},     {"W", "UPARROW"},     {"S", "DOWNARROW"}, {"A", ""},      {"D", ""},
-    {"SPACE", ""},     {"C", ""},            {"LEFTARROW", ""},  {"RIGHTARROW", ""},
-    {"ALT", "MOUSE2"}, {"CTRL", "MOUSE1"},   {"/", "MWHEELDOWN"}, {"[", "MWHEELUP"},
-    {"1", ""},         {"2", ""},            {"3", ""},          {"4", ""},      {"5", ""},
-    {"6", ""},         {"7", ""},            {"8", ""},          {"9", ""},      {"0", ""},
-    {"PGDN", ""},      {"DEL", ""},          {"END", ""},        {"MOUSE3", ""}, {"TAB", ""},
-    {"ENTER", ""},     {"", ""},             {"T", ""},          {"", ""},       {"", ""},
-    {"", ""},          {"F11", ""},          {"", ""},           {"`", "~"},
-}};
+const std::array<KeyPair, ActionTable::Count> defaultKeys { {
+    { "SHIFT", "" },
+    { "W", "UPARROW" },
+    { "S", "DOWNARROW" },
+    { "A", "" },
+    { "D", "" },
+    { "SPACE", "" },
+    { "C", "" },
+    { "LEFTARROW", "" },
+    { "RIGHTARROW", "" },
+    { "ALT", "MOUSE2" },
+    { "CTRL", "MOUSE1" },
+    { "/", "MWHEELDOWN" },
+    { "[", "MWHEELUP" },
+    { "1", "" },
+    { "2", "" },
+    { "3", "" },
+    { "4", "" },
+    { "5", "" },
+    { "6", "" },
+    { "7", "" },
+    { "8", "" },
+    { "9", "" },
+    { "0", "" },
+    { "PGDN", "" },
+    { "DEL", "" },
+    { "END", "" },
+    { "MOUSE3", "" },
+    { "TAB", "" },
+    { "ENTER", "" },
+    { "", "" },
+    { "T", "" },
+    { "", "" },
+    { "", "" },
+    { "", "" },
+    { "F11", "" },
+    { "", "" },
+    { "`", "~" },
+} };
 
 const std::pair<const char *, int> defaultPositions[] = {
-    {"cbTexDetail", 1}, {"cbShadows", 1}, {"cbTexMode", 3}, {"cbTexQual", 0},
-    {"cbClrs", 0},      {"cbWDetail", 1}, {"cbResolution", 3}, {"cbColor", 0},
+    { "cbTexDetail", 1 },
+    { "cbShadows", 1 },
+    { "cbTexMode", 3 },
+    { "cbTexQual", 0 },
+    { "cbClrs", 0 },
+    { "cbWDetail", 1 },
+    { "cbResolution", 3 },
+    { "cbColor", 0 },
 };
 
-const char *const clearedHudBoxes[] = {"chk2D",    "chkStBar", "chkIcons", "chk3DIcons", "chkLAG",
-                                       "chkFPS",   "chkTimer", "chkKiller", "chkLAW",    "chkMotd",
-                                       "chkCHair", "chkMsg",   "chkWModel"};
+const char *const clearedHudBoxes[] = { "chk2D", "chkStBar", "chkIcons", "chk3DIcons", "chkLAG", "chkFPS", "chkTimer",
+    "chkKiller", "chkLAW", "chkMotd", "chkCHair", "chkMsg", "chkWModel" };
 
 int rowOf(const char *control)
 {

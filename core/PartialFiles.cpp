@@ -17,12 +17,12 @@ struct KindInfo
     const char *page;
 };
 
-const std::array<KindInfo, 4> kinds{{
-    {FileScope::Controls, "ctr", "controls", "Controls Settings File", "Control"},
-    {FileScope::Renderer, "rnr", "renderer", "Renderer Settings File", "Renderer"},
-    {FileScope::HudDisplay, "hud", "hud", "HUD Display Settings File", "HUD Display"},
-    {FileScope::Railgun, "rlg", "railgun", "Railgun Settings File", "Railgun"},
-}};
+const std::array<KindInfo, 4> kinds { {
+    { FileScope::Controls, "ctr", "controls", "Controls Settings File", "Control" },
+    { FileScope::Renderer, "rnr", "renderer", "Renderer Settings File", "Renderer" },
+    { FileScope::HudDisplay, "hud", "hud", "HUD Display Settings File", "HUD Display" },
+    { FileScope::Railgun, "rlg", "railgun", "Railgun Settings File", "Railgun" },
+} };
 
 const KindInfo &info(PartialKind kind)
 {

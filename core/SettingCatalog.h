@@ -16,23 +16,23 @@ enum class ControlKind { CheckBox, OptionPair, List, Slider, TextField, Button }
 
 /// How a file value becomes a control state and back.
 enum class Mapping {
-    CheckDirect,   // checked = 1
+    CheckDirect, // checked = 1
     CheckInverted, // checked = 0; written as 1 minus the state
-    Position,      // option pair or list: position = V
-    ItemValue,     // rate: the entry whose item value equals V
-    Khz,           // s_khz: 22 selects "22 KHz", anything else "11 KHz"
-    ByName,        // r_texturemode: GL_ names, case-insensitive
-    BitRanges,     // r_texturebits, r_colorbits: 0-15, 16-23, 24-32
-    SliderInt,     // position = V
-    SliderTenths,  // position = V x 10, held as a single-precision number
-    Sensitivity,   // position = tenths, written with one decimal
-    TextNumber,    // integer text; written as the text's numeric value
-    TextTrimmed,   // integer text; written as the text trimmed of blanks
-    Name,          // the player name, written untrimmed
-    Model,         // backslashes become slashes; written trimmed
-    Awards,        // info string of a1..a6
-    Tiers,         // info string of tier1..tier8
-    ShownOnly,     // on a page, never read or written
+    Position, // option pair or list: position = V
+    ItemValue, // rate: the entry whose item value equals V
+    Khz, // s_khz: 22 selects "22 KHz", anything else "11 KHz"
+    ByName, // r_texturemode: GL_ names, case-insensitive
+    BitRanges, // r_texturebits, r_colorbits: 0-15, 16-23, 24-32
+    SliderInt, // position = V
+    SliderTenths, // position = V x 10, held as a single-precision number
+    Sensitivity, // position = tenths, written with one decimal
+    TextNumber, // integer text; written as the text's numeric value
+    TextTrimmed, // integer text; written as the text trimmed of blanks
+    Name, // the player name, written untrimmed
+    Model, // backslashes become slashes; written trimmed
+    Awards, // info string of a1..a6
+    Tiers, // info string of tier1..tier8
+    ShownOnly, // on a page, never read or written
 };
 
 /// Part of the help board's text: the board's icon is the message type.
@@ -59,24 +59,24 @@ struct SliderRange
 
 struct SettingRow
 {
-    QString name;    // the game variable, also the control's tag; empty for an untagged shown-only control
+    QString name; // the game variable, also the control's tag; empty for an untagged shown-only control
     Area area = Area::General;
-    QString page;    // page button caption
+    QString page; // page button caption
     QString subPage; // sub-page of the Control page, or empty
     QString control; // control name; arrays name the array (txtAwards, chkTiers, optLighting)
     ControlKind kind = ControlKind::CheckBox;
-    int count = 1;   // values the control holds: 6 awards, 8 tiers, 0 for a plain push button
+    int count = 1; // values the control holds: 6 awards, 8 tiers, 0 for a plain push button
     QString caption;
     QString captionSuffix; // slider labels: " min" after Team Chat Time
     Mapping mapping = Mapping::ShownOnly;
     ReadRule rule;
     bool snapshot = false; // held in the file snapshot
-    QStringList entries;   // list entries, position 0 first
+    QStringList entries; // list entries, position 0 first
     QList<int> itemValues; // rate's item values
     SliderRange slider;
-    int initialState = 0;  // start state of a check box, option pair, list or slider
-    QString initialText;   // start text of a text field or button caption
-    int firstSlot = 0;     // where the row's values start in a document's value array
+    int initialState = 0; // start state of a check box, option pair, list or slider
+    QString initialText; // start text of a text field or button caption
+    int firstSlot = 0; // where the row's values start in a document's value array
 
     bool isStored() const { return mapping != Mapping::ShownOnly; }
     bool isText() const { return kind == ControlKind::TextField || kind == ControlKind::Button; }

@@ -11,42 +11,42 @@ namespace SettingMapping {
 
 namespace {
 
-const int bitCounts[] = {0, 16, 32};
+    const int bitCounts[] = { 0, 16, 32 };
 
-// r_texturemode's entry as the game spells it: "GL Linear MipMap Nearest" is GL_LINEAR_MIPMAP_NEAREST.
-QString textureModeName(const QString &entry)
-{
-    return CfgText::asciiUpper(entry).replace(u' ', u'_');
-}
-
-// The info string's key of slot `index`: a1..a6 for awards, tier1..tier8 for videos.
-const QString &infoKey(const SettingRow &row, int index)
-{
-    static const auto keys = [](const char *stem, int count) {
-        QStringList out;
-        for (int k = 1; k <= count; ++k)
-            out.append(QString::fromLatin1(stem) + QString::number(k));
-        return out;
-    };
-    static const QStringList awards = keys("a", 6);
-    static const QStringList tiers = keys("tier", 8);
-    return (row.mapping == Mapping::Awards ? awards : tiers).at(index);
-}
-
-bool isNumeric(Mapping m)
-{
-    switch (m) {
-    case Mapping::Name:
-    case Mapping::Model:
-    case Mapping::ByName:
-    case Mapping::Awards:
-    case Mapping::Tiers:
-    case Mapping::ShownOnly:
-        return false;
-    default:
-        return true;
+    // r_texturemode's entry as the game spells it: "GL Linear MipMap Nearest" is GL_LINEAR_MIPMAP_NEAREST.
+    QString textureModeName(const QString &entry)
+    {
+        return CfgText::asciiUpper(entry).replace(u' ', u'_');
     }
-}
+
+    // The info string's key of slot `index`: a1..a6 for awards, tier1..tier8 for videos.
+    const QString &infoKey(const SettingRow &row, int index)
+    {
+        static const auto keys = [](const char *stem, int count) {
+            QStringList out;
+            for (int k = 1; k <= count; ++k)
+                out.append(QString::fromLatin1(stem) + QString::number(k));
+            return out;
+        };
+        static const QStringList awards = keys("a", 6);
+        static const QStringList tiers = keys("tier", 8);
+        return (row.mapping == Mapping::Awards ? awards : tiers).at(index);
+    }
+
+    bool isNumeric(Mapping m)
+    {
+        switch (m) {
+        case Mapping::Name:
+        case Mapping::Model:
+        case Mapping::ByName:
+        case Mapping::Awards:
+        case Mapping::Tiers:
+        case Mapping::ShownOnly:
+            return false;
+        default:
+            return true;
+        }
+    }
 
 } // namespace
 
@@ -223,8 +223,8 @@ QString fileValue(const SettingRow &row, const SlotValue *control)
     case Mapping::Tiers: {
         QString info;
         for (int k = 0; k < row.count; ++k) {
-            const QString value =
-                row.mapping == Mapping::Awards ? control[k].text : QString::number(int(control[k].number));
+            const QString value
+                = row.mapping == Mapping::Awards ? control[k].text : QString::number(int(control[k].number));
             info += u'\\' + infoKey(row, k) + u'\\' + value;
         }
         return info;

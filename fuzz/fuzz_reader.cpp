@@ -36,11 +36,11 @@ QByteArray readThenWrite(const QByteArray &fileBytes, FileScope scope)
     while (line < a.size() && line < b.size() && a[line] == b[line])
         ++line;
     std::fprintf(stderr, "fuzz_reader: the written file did not settle: writes 2 and 3 differ at line %lld\n",
-                 static_cast<long long>(line + 1));
+        static_cast<long long>(line + 1));
     std::fprintf(stderr, "  write 2 (%lld bytes): %s\n", static_cast<long long>(second.size()),
-                 line < a.size() ? a[line].toPercentEncoding(" \"\\/").constData() : "<end>");
+        line < a.size() ? a[line].toPercentEncoding(" \"\\/").constData() : "<end>");
     std::fprintf(stderr, "  write 3 (%lld bytes): %s\n", static_cast<long long>(third.size()),
-                 line < b.size() ? b[line].toPercentEncoding(" \"\\/").constData() : "<end>");
+        line < b.size() ? b[line].toPercentEncoding(" \"\\/").constData() : "<end>");
     std::abort();
 }
 

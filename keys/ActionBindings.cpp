@@ -84,7 +84,7 @@ QStringList ActionBindings::BindLinesFor(int action) const
 {
     QStringList lines;
     const ActionBinding &b = m_bindings.at(action);
-    for (const QString &key : {b.firstKey, b.secondKey}) {
+    for (const QString &key : { b.firstKey, b.secondKey }) {
         if (key.isEmpty())
             continue;
         // One-character names are written as the game writes them, in lower case (W becomes w).
@@ -107,5 +107,5 @@ void ActionBindings::DefineKey(int action, KeySlot slot, const QString &key)
 
 void ActionBindings::ClearAllBindings()
 {
-    m_bindings.fill(ActionBinding{});
+    m_bindings.fill(ActionBinding {});
 }

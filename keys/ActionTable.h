@@ -6,7 +6,7 @@
 
 struct ActionInfo
 {
-    const char *page;    // "Move", "Shoot", "Look" or "Misc"
+    const char *page; // "Move", "Shoot", "Look" or "Misc"
     const char *caption; // the label shown beside the key button
     const char *command; // the game command, lower case, without quotes
 };

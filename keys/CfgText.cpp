@@ -3,14 +3,14 @@
 namespace CfgText {
 
 namespace {
-QChar lowerOf(QChar c)
-{
-    return (c >= u'A' && c <= u'Z') ? QChar(c.unicode() + 32) : c;
-}
-QChar upperOf(QChar c)
-{
-    return (c >= u'a' && c <= u'z') ? QChar(c.unicode() - 32) : c;
-}
+    QChar lowerOf(QChar c)
+    {
+        return (c >= u'A' && c <= u'Z') ? QChar(c.unicode() + 32) : c;
+    }
+    QChar upperOf(QChar c)
+    {
+        return (c >= u'a' && c <= u'z') ? QChar(c.unicode() - 32) : c;
+    }
 } // namespace
 
 QString trimBlanks(QStringView text)

@@ -57,6 +57,6 @@ private:
     QColor m_foreColor;
     QColor m_foreColor2;
     QString m_bind;
-    Half m_held = Half::None;    // the half the left button went down in
+    Half m_held = Half::None; // the half the left button went down in
     Half m_pressed = Half::None; // the half drawn sunken
 };

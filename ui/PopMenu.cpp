@@ -20,8 +20,8 @@ public:
     QPixmap checked;
     QPixmap unchecked;
 
-    void drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
-        const QWidget *widget) const override
+    void drawControl(
+        ControlElement element, const QStyleOption *option, QPainter *painter, const QWidget *widget) const override
     {
         const auto *source = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
         if (element != CE_MenuItem || !source) {

@@ -24,8 +24,8 @@ private:
 
 void tst_CommandLine::initTestCase()
 {
-    for (const char *name : { "a.config", "b.CTR", "c.rnr", "d.hud", "e.rlg", ".hidden.ctr", ".hidden.hud",
-             ".hidden.config", "f g.cfg" }) {
+    for (const char *name :
+        { "a.config", "b.CTR", "c.rnr", "d.hud", "e.rlg", ".hidden.ctr", ".hidden.hud", ".hidden.config", "f g.cfg" }) {
         QFile f(m_dir.filePath(QString::fromLatin1(name)));
         QVERIFY(f.open(QIODevice::WriteOnly));
     }

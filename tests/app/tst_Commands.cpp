@@ -5,8 +5,8 @@
 #include "PopMenu.h"
 #include "Program.h"
 #include "Prompts.h"
-#include "TestFiles.h"
 #include "SettingCatalog.h"
+#include "TestFiles.h"
 #include "frmLoad.h"
 #include "frmMain.h"
 
@@ -338,13 +338,20 @@ void tst_Commands::toolbarButtonsRunMenuCommands_data()
     QTest::addColumn<QString>("button");
     QTest::addColumn<QString>("toolTip");
     QTest::addColumn<QStringList>("seen");
-    QTest::newRow("NEW1") << "NEW1" << "Create a New Config File (Ctrl+N)" << QStringList { "frmNew" };
-    QTest::newRow("OPEN1") << "OPEN1" << "Open an Existing Config File (Ctrl+O)" << QStringList { "Open" };
-    QTest::newRow("SAVE1") << "SAVE1" << "Save Current Config File (Ctrl+S)" << QStringList { "Save" };
-    QTest::newRow("OPTIONS1") << "OPTIONS1" << "Options (F4)" << QStringList { "Options1" };
-    QTest::newRow("SEARCH1") << "SEARCH1" << "CFG Search (F3)" << QStringList { "Search1" };
-    QTest::newRow("ABOUT1") << "ABOUT1" << "About Tarnwick" << QStringList { "frmAbout" };
-    QTest::newRow("WIZ1") << "WIZ1" << "Server Wizard" << QStringList();
+    QTest::newRow("NEW1") << "NEW1"
+                          << "Create a New Config File (Ctrl+N)" << QStringList { "frmNew" };
+    QTest::newRow("OPEN1") << "OPEN1"
+                           << "Open an Existing Config File (Ctrl+O)" << QStringList { "Open" };
+    QTest::newRow("SAVE1") << "SAVE1"
+                           << "Save Current Config File (Ctrl+S)" << QStringList { "Save" };
+    QTest::newRow("OPTIONS1") << "OPTIONS1"
+                              << "Options (F4)" << QStringList { "Options1" };
+    QTest::newRow("SEARCH1") << "SEARCH1"
+                             << "CFG Search (F3)" << QStringList { "Search1" };
+    QTest::newRow("ABOUT1") << "ABOUT1"
+                            << "About Tarnwick" << QStringList { "frmAbout" };
+    QTest::newRow("WIZ1") << "WIZ1"
+                          << "Server Wizard" << QStringList();
 }
 
 void tst_Commands::toolbarButtonsRunMenuCommands()
@@ -490,7 +497,8 @@ void tst_Commands::importOfAnUnknownKindAsksAgain()
     const QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 3);
     QCOMPARE(shown[0].title, QStringLiteral("Incorrect file extension"));
-    QCOMPARE(shown[0].text, QStringLiteral("This is not an RNR, CTR, HUD or RLG file.\r\nDo you want to choose another file?"));
+    QCOMPARE(shown[0].text,
+        QStringLiteral("This is not an RNR, CTR, HUD or RLG file.\r\nDo you want to choose another file?"));
     QCOMPARE(shown[1].title, QStringLiteral("Import File"));
     QCOMPARE(shown[2].title, QStringLiteral("Incorrect file extension"));
     QVERIFY(!m_window->document().isModified());

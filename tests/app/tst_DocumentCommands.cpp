@@ -1,10 +1,10 @@
 // New, Open, Save, Save As and Restore Defaults on the real window, every box answered through Prompts.
 #include "ConfigWriter.h"
-#include "GameFolder.h"
 #include "DocumentCommands.h"
+#include "GameFolder.h"
 #include "Prompts.h"
-#include "TestFiles.h"
 #include "SettingCatalog.h"
+#include "TestFiles.h"
 #include "frmMain.h"
 #include "frmNew.h"
 

@@ -3,13 +3,13 @@
 #include "AppFont.h"
 #include "ConfigWriter.h"
 #include "ControlRules.h"
+#include "DocumentCommands.h"
 #include "Keys.h"
 #include "MsgBoard.h"
+#include "Pk3ExplorerPage.h"
 #include "SettingCatalog.h"
 #include "TitleStrip.h"
 #include "frmKey.h"
-#include "DocumentCommands.h"
-#include "Pk3ExplorerPage.h"
 #include "frmMain.h"
 
 #include <QApplication>

@@ -8,8 +8,8 @@
 #include "Program.h"
 #include "ProgramSettings.h"
 #include "Prompts.h"
-#include "TestFiles.h"
 #include "SettingCatalog.h"
+#include "TestFiles.h"
 #include "frmMain.h"
 #include "frmOptions.h"
 
@@ -138,12 +138,12 @@ void tst_StartUp::commandLineRunsItsRequest_data()
     QTest::newRow("open switch") << ""
                                  << "C:\\Program Files\\Tarnwick\\OPEN" << QList<Answer> { QString() }
                                  << QStringList { "Open" } << untitled << -1 << false;
-    QTest::newRow("missing cfg is tried") << ""
-                                          << "@/gone.cfg" << QList<Answer> { QMessageBox::Ok }
-                                          << QStringList { "Tarnwick" } << untitled << -1 << false;
-    QTest::newRow("missing hud is nothing") << ""
-                                            << "@/gone.hud" << QList<Answer>() << QStringList() << untitled << -1
-                                            << false;
+    QTest::newRow("missing cfg is tried")
+        << ""
+        << "@/gone.cfg" << QList<Answer> { QMessageBox::Ok } << QStringList { "Tarnwick" } << untitled << -1 << false;
+    QTest::newRow("missing hud is nothing")
+        << ""
+        << "@/gone.hud" << QList<Answer>() << QStringList() << untitled << -1 << false;
 }
 
 void tst_StartUp::commandLineRunsItsRequest()
@@ -203,12 +203,11 @@ void tst_StartUp::locateGameFolder_data()
     QTest::addColumn<bool>("found");
     QTest::addColumn<QString>("result"); // the game folder afterwards
     QTest::newRow("valid at once") << "quake3.exe" << QStringList() << QList<Answer>() << true << "quake3.exe";
-    QTest::newRow("an engine's build counts") << "ioquake3.x86_64" << QStringList() << QList<Answer>() << true
-                                              << "ioquake3.x86_64";
+    QTest::newRow("an engine's build counts")
+        << "ioquake3.x86_64" << QStringList() << QList<Answer>() << true << "ioquake3.x86_64";
     QTest::newRow("cancel") << "none" << QStringList { "" } << QList<Answer>() << false << "none";
-    QTest::newRow("wrong, yes, wrong, no")
-        << "none" << QStringList { "none", "none" } << QList<Answer> { QMessageBox::Yes, QMessageBox::No } << false
-        << "none";
+    QTest::newRow("wrong, yes, wrong, no") << "none" << QStringList { "none", "none" }
+                                           << QList<Answer> { QMessageBox::Yes, QMessageBox::No } << false << "none";
     QTest::newRow("wrong, yes, right") << "none" << QStringList { "none", "quake3e.x64" }
                                        << QList<Answer> { QMessageBox::Yes } << true << "quake3e.x64";
 }
@@ -255,7 +254,8 @@ void tst_StartUp::optionsDialog_data()
     QTest::addColumn<QString>("typed"); // typed over it afterwards when not empty
     QTest::addColumn<QString>("folder");
     QTest::addColumn<bool>("gradient");
-    QTest::newRow("ok takes the typed folder, trimmed") << true << "" << "  /games/q3  "
+    QTest::newRow("ok takes the typed folder, trimmed") << true << ""
+                                                        << "  /games/q3  "
                                                         << "/games/q3" << false;
     QTest::newRow("ok takes the picked folder") << true << "/games/picked"
                                                 << ""
@@ -351,7 +351,8 @@ void tst_StartUp::gradientOffSurvivesRestarts()
 void tst_StartUp::minimizedCloseKeepsThePosition()
 {
     GameFolder::setPath(gameFolder("quake3.exe"));
-    const QString ini = file("min.ini", "[Tarnwick]\r\nq3dir=" + GameFolder::path().toUtf8() + "\r\nwx=750\r\nwy=1500\r\n");
+    const QString ini
+        = file("min.ini", "[Tarnwick]\r\nq3dir=" + GameFolder::path().toUtf8() + "\r\nwx=750\r\nwy=1500\r\n");
     delete m_window;
     m_window = start(ini);
     m_window->move(300, 200);

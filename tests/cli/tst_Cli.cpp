@@ -50,8 +50,8 @@ tst_Cli::Result tst_Cli::run(const QStringList &args, const QByteArray &input, i
         p.waitForFinished();
         return {};
     }
-    return {p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
-            p.readAllStandardError()};
+    return { p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1, p.readAllStandardOutput(),
+        p.readAllStandardError() };
 }
 
 void tst_Cli::write(const QString &name, const QByteArray &bytes) const
@@ -75,26 +75,28 @@ void tst_Cli::exitCodes_data()
     QTest::addColumn<QString>("message"); // the first line of standard error
 
     const QString noBackup = "tarnwick-cli: Tarnwick wasn't be able to create or/and load backup file.";
-    QTest::newRow("help") << QStringList{"--help"} << QByteArray() << 0 << "";
-    QTest::newRow("nothing") << QStringList{} << QByteArray() << 2 << "tarnwick-cli: no command given";
-    QTest::newRow("unknown command") << QStringList{"frob"} << QByteArray() << 2 << "";
-    QTest::newRow("too few paths") << QStringList{"rewrite", "in.cfg"} << QByteArray() << 2 << "";
-    QTest::newRow("unknown kind") << QStringList{"export", "gfx", "in.cfg", "out"} << QByteArray() << 2 << "";
-    QTest::newRow("unknown mode") << QStringList{"new", "3", "out.cfg"} << QByteArray() << 2 << "";
-    QTest::newRow("missing input") << QStringList{"rewrite", "missing.cfg", "out.cfg"} << QByteArray() << 1 << noBackup;
-    QTest::newRow("folder as input") << QStringList{"rewrite", ".", "out.cfg"} << QByteArray() << 1 << noBackup;
-    QTest::newRow("missing output folder") << QStringList{"new", "1", "none/out.cfg"} << QByteArray() << 1 << "";
-    QTest::newRow("missing script") << QStringList{"script", "none.txt"} << QByteArray() << 1 << "";
-    QTest::newRow("script: unknown command") << QStringList{"script", "-"} << QByteArray("\n# x\nfrob\n") << 2
+    QTest::newRow("help") << QStringList { "--help" } << QByteArray() << 0 << "";
+    QTest::newRow("nothing") << QStringList {} << QByteArray() << 2 << "tarnwick-cli: no command given";
+    QTest::newRow("unknown command") << QStringList { "frob" } << QByteArray() << 2 << "";
+    QTest::newRow("too few paths") << QStringList { "rewrite", "in.cfg" } << QByteArray() << 2 << "";
+    QTest::newRow("unknown kind") << QStringList { "export", "gfx", "in.cfg", "out" } << QByteArray() << 2 << "";
+    QTest::newRow("unknown mode") << QStringList { "new", "3", "out.cfg" } << QByteArray() << 2 << "";
+    QTest::newRow("missing input") << QStringList { "rewrite", "missing.cfg", "out.cfg" } << QByteArray() << 1
+                                   << noBackup;
+    QTest::newRow("folder as input") << QStringList { "rewrite", ".", "out.cfg" } << QByteArray() << 1 << noBackup;
+    QTest::newRow("missing output folder") << QStringList { "new", "1", "none/out.cfg" } << QByteArray() << 1 << "";
+    QTest::newRow("missing script") << QStringList { "script", "none.txt" } << QByteArray() << 1 << "";
+    QTest::newRow("script: unknown command") << QStringList { "script", "-" } << QByteArray("\n# x\nfrob\n") << 2
                                              << "tarnwick-cli: line 3: wrong script command \"frob\"";
-    QTest::newRow("script: action out of range") << QStringList{"script", "-"} << QByteArray("bind 37 1 W") << 2
-                                                 << "";
-    QTest::newRow("script: slot out of range") << QStringList{"script", "-"} << QByteArray("unbind 3 0") << 2 << "";
-    QTest::newRow("script: not a setting") << QStringList{"script", "-"} << QByteArray("set cg_zoomfov 5") << 2 << "";
+    QTest::newRow("script: action out of range")
+        << QStringList { "script", "-" } << QByteArray("bind 37 1 W") << 2 << "";
+    QTest::newRow("script: slot out of range") << QStringList { "script", "-" } << QByteArray("unbind 3 0") << 2 << "";
+    QTest::newRow("script: not a setting")
+        << QStringList { "script", "-" } << QByteArray("set cg_zoomfov 5") << 2 << "";
     QTest::newRow("script: failure stops the run")
-        << QStringList{"script", "-"} << QByteArray("open missing.cfg\r\nprint\r\n") << 1
+        << QStringList { "script", "-" } << QByteArray("open missing.cfg\r\nprint\r\n") << 1
         << "tarnwick-cli: line 1: Tarnwick wasn't be able to create or/and load backup file.";
-    QTest::newRow("script: empty") << QStringList{"script", "-"} << QByteArray() << 0 << "";
+    QTest::newRow("script: empty") << QStringList { "script", "-" } << QByteArray() << 0 << "";
     QTest::newRow("pk3: no archive") << QStringList { "pk3" } << QByteArray() << 2 << "";
     QTest::newRow("pk3: two archives") << QStringList { "pk3", "a.pk3", "b.pk3" } << QByteArray() << 2 << "";
     QTest::newRow("pk3: missing archive") << QStringList { "pk3", "missing.pk3" } << QByteArray() << 1
@@ -126,19 +128,22 @@ void tst_Cli::scriptSession()
 {
     write("in.cfg", "seta cg_fov 100\r\nbind w \"+forward\"\r\nseta foo \"1\"\r\n");
     const QByteArray script = "# a session\n"
-                              "open \"" + path("in.cfg").toLocal8Bit() + "\"\n"
-                              "set cg_fov 80\n"
-                              "set rate 7777\n"
-                              "set name  \"Big Bad\"\n"
-                              "set r_swapinterval \f1\n"
-                              "bind 2 1 W\n"
-                              "bind 1 2 MOUSE1\n"
-                              "unbind 1 2\n"
-                              "print\n"
-                              "restore\n"
-                              "print\n"
-                              "save " + path("out.cfg").toLocal8Bit() + "\n";
-    const Result r = run({"script", "-"}, script);
+                              "open \""
+        + path("in.cfg").toLocal8Bit()
+        + "\"\n"
+          "set cg_fov 80\n"
+          "set rate 7777\n"
+          "set name  \"Big Bad\"\n"
+          "set r_swapinterval \f1\n"
+          "bind 2 1 W\n"
+          "bind 1 2 MOUSE1\n"
+          "unbind 1 2\n"
+          "print\n"
+          "restore\n"
+          "print\n"
+          "save "
+        + path("out.cfg").toLocal8Bit() + "\n";
+    const Result r = run({ "script", "-" }, script);
     QCOMPARE(r.code, 0);
     const qsizetype second = r.out.lastIndexOf("//generated by Tarnwick");
     QVERIFY(second > 0);
@@ -161,21 +166,22 @@ void tst_Cli::topLevelCommands()
 {
     write("base.cfg", "seta keep 1\r\nseta cg_fov 100\r\nseta cg_drawfps 0\r\nbind w \"+forward\"\r\n");
     write("part.hud", "seta cg_drawfps 1\r\nseta cg_fov 130\r\n");
-    QCOMPARE(run({"rewrite", path("base.cfg"), path("re.cfg")}).code, 0);
+    QCOMPARE(run({ "rewrite", path("base.cfg"), path("re.cfg") }).code, 0);
     QVERIFY(read("re.cfg").startsWith("//generated by Tarnwick\r\nseta keep 1\r\nbind w \"+forward\"\r\n"));
 
-    QCOMPARE(run({"export", "controls", path("base.cfg"), path("keys.ctr")}).code, 0);
-    QCOMPARE(read("keys.ctr"), QByteArray("//generated by Tarnwick\r\nbind w \"+forward\"\r\nseta cg_autoswitch \"0\"\r\n"
-                                          "seta cl_run \"0\"\r\nseta sensitivity \"9.0\"\r\n"));
+    QCOMPARE(run({ "export", "controls", path("base.cfg"), path("keys.ctr") }).code, 0);
+    QCOMPARE(read("keys.ctr"),
+        QByteArray("//generated by Tarnwick\r\nbind w \"+forward\"\r\nseta cg_autoswitch \"0\"\r\n"
+                   "seta cl_run \"0\"\r\nseta sensitivity \"9.0\"\r\n"));
 
     // Import replaces the kept lines with the part's lines of other areas.
-    QCOMPARE(run({"import", "hud", path("part.hud"), path("base.cfg"), path("merged.cfg")}).code, 0);
+    QCOMPARE(run({ "import", "hud", path("part.hud"), path("base.cfg"), path("merged.cfg") }).code, 0);
     const QByteArray merged = read("merged.cfg");
     QVERIFY(merged.startsWith("//generated by Tarnwick\r\nseta cg_fov 130\r\nbind w \"+forward\"\r\n"));
     QVERIFY(merged.contains("seta cg_drawfps \"1\"\r\n"));
     QVERIFY(merged.contains("seta cg_fov \"100\"\r\n"));
 
-    QCOMPARE(run({"new", "1", path("new.cfg")}).code, 0);
+    QCOMPARE(run({ "new", "1", path("new.cfg") }).code, 0);
     QCOMPARE(read("new.cfg"), [] {
         QFile f(QStringLiteral(TARNWICK_TEST_DATA "/new-defaults.cfg"));
         return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
@@ -211,7 +217,7 @@ void tst_Cli::pk3Listing()
 void tst_Cli::corpusReachesFixedPoint()
 {
     QDir corpus(QStringLiteral(TARNWICK_CORPUS));
-    const QStringList files = corpus.entryList({"*.cfg", "*.config"}, QDir::Files, QDir::Name);
+    const QStringList files = corpus.entryList({ "*.cfg", "*.config" }, QDir::Files, QDir::Name);
     if (files.isEmpty())
         QSKIP("no corpus of players' configurations beside the project");
     for (const QString &name : files) {
@@ -222,7 +228,7 @@ void tst_Cli::corpusReachesFixedPoint()
         QString previous = in;
         for (int pass = 1; pass <= 3; ++pass) {
             const QString out = path(QStringLiteral("%1.%2").arg(name).arg(pass));
-            const Result r = run({"rewrite", previous, out});
+            const Result r = run({ "rewrite", previous, out });
             QVERIFY2(r.code == 0, qPrintable(name + ": " + QString::fromLocal8Bit(r.err)));
             previous = out;
         }
@@ -256,12 +262,12 @@ void tst_Cli::hostileInput()
 {
     QFETCH(QByteArray, content);
     write("hostile.cfg", content);
-    const Result r = run({"rewrite", path("hostile.cfg"), path("hostile.out")}, {}, 300000);
+    const Result r = run({ "rewrite", path("hostile.cfg"), path("hostile.out") }, {}, 300000);
     QCOMPARE(r.code, 0);
     QVERIFY(read("hostile.out").startsWith("//generated by Tarnwick\r\n"));
     QCOMPARE(read("hostile.cfg").size(), content.size());
 }
 
 QTEST_GUILESS_MAIN(tst_Cli)
-#include "tst_Cli.moc"
 #include "TestZip.h"
+#include "tst_Cli.moc"

@@ -109,7 +109,8 @@ void tst_ConfigReader::valuesThroughRulesAndMappings_data()
     row("longer name not taken", "seta cg_drawCrosshairNames 0", "cg_drawcrosshair", "0");
     row("r_flaresize reaches its own row", "seta r_flaresize 55", "r_flaresize", "55");
     // Info strings.
-    row("awards", "seta g_spAwards \"\\a1\\3\\a2\\2.5\\a6\\7x\"", "g_spAwards", "\\a1\\3\\a2\\2\\a3\\0\\a4\\0\\a5\\0\\a6\\7");
+    row("awards", "seta g_spAwards \"\\a1\\3\\a2\\2.5\\a6\\7x\"", "g_spAwards",
+        "\\a1\\3\\a2\\2\\a3\\0\\a4\\0\\a5\\0\\a6\\7");
     row("videos", "seta g_spVideos \"\\tier1\\1\\tier2\\0\\tier3\\1.0\\tier4\\2\"", "g_spVideos",
         "\\tier1\\1\\tier2\\0\\tier3\\1\\tier4\\0\\tier5\\0\\tier6\\0\\tier7\\0\\tier8\\0");
 }
@@ -186,25 +187,23 @@ void tst_ConfigReader::lineRecognition_data()
     QTest::addColumn<QByteArray>("file");
     QTest::addColumn<QStringList>("kept");
 
-    QTest::newRow("unknown settings kept with quotes, tabs as blanks")
-        << QByteArray("seta\tcg_zoomfov\t\"22.5\"\r\nSET Foo bar\r\n")
-        << QStringList{"seta cg_zoomfov \"22.5\"", "SET Foo bar"};
+    QTest::newRow("unknown settings kept with quotes, tabs as blanks") << QByteArray(
+        "seta\tcg_zoomfov\t\"22.5\"\r\nSET Foo bar\r\n") << QStringList { "seta cg_zoomfov \"22.5\"", "SET Foo bar" };
     QTest::newRow("anything starting with set is a setting line")
-        << QByteArray("settings here\r\nset\r\n") << QStringList{"settings here", "set"};
-    QTest::newRow("other lines dropped")
-        << QByteArray("unbindall\r\nexec x.cfg\r\n  seta foo 1\r\nbind x \"+foo\"\r\nvstr a\r\n") << QStringList{};
+        << QByteArray("settings here\r\nset\r\n") << QStringList { "settings here", "set" };
+    QTest::newRow("other lines dropped") << QByteArray(
+        "unbindall\r\nexec x.cfg\r\n  seta foo 1\r\nbind x \"+foo\"\r\nvstr a\r\n")
+                                         << QStringList {};
     QTest::newRow("empty value of a row without rule is kept")
-        << QByteArray("seta name \"\"\r\nseta model\r\n") << QStringList{"seta name \"\"", "seta model"};
-    QTest::newRow("longer names are kept")
-        << QByteArray("seta color1 \"4\"\r\nseta r_modeFullscreen \"\"\r\n")
-        << QStringList{"seta color1 \"4\"", "seta r_modeFullscreen \"\""};
-    QTest::newRow("cut comment, but the last line keeps it")
-        << QByteArray("seta a \"1\" // one\r\nseta b \"2\" // two")
-        << QStringList{"seta a \"1\" ", "seta b \"2\" // two"};
+        << QByteArray("seta name \"\"\r\nseta model\r\n") << QStringList { "seta name \"\"", "seta model" };
+    QTest::newRow("longer names are kept") << QByteArray("seta color1 \"4\"\r\nseta r_modeFullscreen \"\"\r\n")
+                                           << QStringList { "seta color1 \"4\"", "seta r_modeFullscreen \"\"" };
+    QTest::newRow("cut comment, but the last line keeps it") << QByteArray("seta a \"1\" // one\r\nseta b \"2\" // two")
+                                                             << QStringList { "seta a \"1\" ", "seta b \"2\" // two" };
     QTest::newRow("LF-only file keeps comments")
-        << QByteArray("seta a 1 //x\nseta b 2\n") << QStringList{"seta a 1 //x", "seta b 2"};
-    QTest::newRow("catalogued lines are not kept") << QByteArray("seta cg_fov 100\r\nset r_mode 4\r\n")
-                                                   << QStringList{};
+        << QByteArray("seta a 1 //x\nseta b 2\n") << QStringList { "seta a 1 //x", "seta b 2" };
+    QTest::newRow("catalogued lines are not kept")
+        << QByteArray("seta cg_fov 100\r\nset r_mode 4\r\n") << QStringList {};
 }
 
 void tst_ConfigReader::lineRecognition()
@@ -221,13 +220,14 @@ void tst_ConfigReader::bindLinesFromFile()
 {
     ConfigDocument doc;
     StartUpDocument(doc);
-    QVERIFY(readBytes(doc, "bind w \"+forward\"\r\nbind UPARROW \"+forward\"\r\nbind\tmouse1\t+attack\r\n"
-                           "bind x \"+FORWARD\"\r\nbind SEMICOLON \"messagemode\"\r\nbind k \"weapon 10\"\r\n"));
-    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", "UPARROW"}));
-    QCOMPARE(doc.bindings().at(10), (ActionBinding{"MOUSE1", ""}));
-    QCOMPARE(doc.bindings().at(30), (ActionBinding{"SEMICOLON", ""}));
-    QCOMPARE(doc.bindings().at(22), (ActionBinding{"K", ""}));
-    QCOMPARE(doc.bindings().at(13), ActionBinding{});
+    QVERIFY(readBytes(doc,
+        "bind w \"+forward\"\r\nbind UPARROW \"+forward\"\r\nbind\tmouse1\t+attack\r\n"
+        "bind x \"+FORWARD\"\r\nbind SEMICOLON \"messagemode\"\r\nbind k \"weapon 10\"\r\n"));
+    QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "UPARROW" }));
+    QCOMPARE(doc.bindings().at(10), (ActionBinding { "MOUSE1", "" }));
+    QCOMPARE(doc.bindings().at(30), (ActionBinding { "SEMICOLON", "" }));
+    QCOMPARE(doc.bindings().at(22), (ActionBinding { "K", "" }));
+    QCOMPARE(doc.bindings().at(13), ActionBinding {});
     QVERIFY(doc.keptLines().isEmpty());
 }
 
@@ -252,7 +252,7 @@ void tst_ConfigReader::workingCopyIsRemoved()
     QVERIFY(!ReadCfgFile(doc, files.filePath("missing.cfg"), FileScope::Whole));
     qputenv("TMPDIR", oldTemp);
     QCOMPARE(QDir(temp.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden), QStringList());
-    QCOMPARE(QDir(files.path()).entryList(QDir::Files), QStringList{"q3config.cfg"});
+    QCOMPARE(QDir(files.path()).entryList(QDir::Files), QStringList { "q3config.cfg" });
 }
 
 void tst_ConfigReader::failedReadLeavesDocument_data()
@@ -282,7 +282,7 @@ void tst_ConfigReader::failedReadLeavesDocument()
     QCOMPARE(doc.values(), values);
     QCOMPARE(doc.snapshot(), snapshot);
     QVERIFY(doc.bindings() == bindings);
-    QCOMPARE(doc.keptLines(), QStringList{"seta foo 1"});
+    QCOMPARE(doc.keptLines(), QStringList { "seta foo 1" });
     QVERIFY(doc.isModified());
 }
 
@@ -291,16 +291,16 @@ void tst_ConfigReader::partialReadTakesOnlyItsArea()
     ConfigDocument doc;
     StartUpDocument(doc);
     QVERIFY(readBytes(doc, "seta cg_fov 100\r\nseta cg_gibs 1\r\nseta old 1\r\nbind w \"+forward\"\r\n"));
-    doc.setText(rowOf("txtFOV"), 0, "130");     // a Renderer edit the import overwrites
-    doc.setState(rowOf("chk2D"), 0, 1);         // an unsaved HUD edit reverts to the snapshot
-    QVERIFY(readBytes(doc, "seta cg_fov 120\r\nseta cg_draw2d 1\r\nseta mine 2\r\nbind x \"+back\"\r\n",
-                      FileScope::Renderer));
+    doc.setText(rowOf("txtFOV"), 0, "130"); // a Renderer edit the import overwrites
+    doc.setState(rowOf("chk2D"), 0, 1); // an unsaved HUD edit reverts to the snapshot
+    QVERIFY(readBytes(
+        doc, "seta cg_fov 120\r\nseta cg_draw2d 1\r\nseta mine 2\r\nbind x \"+back\"\r\n", FileScope::Renderer));
     QCOMPARE(written(doc, "cg_fov"), QStringLiteral("120"));
     QCOMPARE(written(doc, "cg_gibs"), QStringLiteral("1"));
     QCOMPARE(written(doc, "cg_draw2d"), QStringLiteral("0"));
-    QCOMPARE(doc.keptLines(), (QStringList{"seta cg_draw2d 1", "seta mine 2"}));
-    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", ""}));
-    QCOMPARE(doc.bindings().at(2), ActionBinding{});
+    QCOMPARE(doc.keptLines(), (QStringList { "seta cg_draw2d 1", "seta mine 2" }));
+    QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "" }));
+    QCOMPARE(doc.bindings().at(2), ActionBinding {});
 }
 
 void tst_ConfigReader::controlsReadReplacesBindings()
@@ -309,11 +309,11 @@ void tst_ConfigReader::controlsReadReplacesBindings()
     StartUpDocument(doc);
     QVERIFY(readBytes(doc, "bind w \"+forward\"\r\nbind MOUSE1 \"+attack\"\r\n"));
     QVERIFY(readBytes(doc, "bind x \"+back\"\r\nseta sensitivity 4\r\nseta cg_fov 100\r\n", FileScope::Controls));
-    QCOMPARE(doc.bindings().at(1), ActionBinding{});
-    QCOMPARE(doc.bindings().at(10), ActionBinding{});
-    QCOMPARE(doc.bindings().at(2), (ActionBinding{"X", ""}));
+    QCOMPARE(doc.bindings().at(1), ActionBinding {});
+    QCOMPARE(doc.bindings().at(10), ActionBinding {});
+    QCOMPARE(doc.bindings().at(2), (ActionBinding { "X", "" }));
     QCOMPARE(written(doc, "sensitivity"), QStringLiteral("4.0"));
-    QCOMPARE(doc.keptLines(), QStringList{"seta cg_fov 100"});
+    QCOMPARE(doc.keptLines(), QStringList { "seta cg_fov 100" });
 }
 
 void tst_ConfigReader::bytesRoundTrip()

@@ -42,8 +42,8 @@ void tst_Defaults::restoreOnStartState()
     QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
     const QStringList before = wholeFileLines(doc);
     doc.ApplySnapshot();
-    QCOMPARE(changedLines(before, wholeFileLines(doc)),
-             (QStringList{"seta cl_packetdup \"0\"", "seta r_flares \"1\""}));
+    QCOMPARE(
+        changedLines(before, wholeFileLines(doc)), (QStringList { "seta cl_packetdup \"0\"", "seta r_flares \"1\"" }));
 }
 
 void tst_Defaults::absentSettingsTakeTheSnapshot()
@@ -68,14 +68,14 @@ void tst_Defaults::defaultsSetKeysListsAndSnapshot()
     doc.setText(rowOf("txtName"), 0, "Player");
 
     Defaults(doc, false);
-    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", ""}));
+    QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "" }));
 
     Defaults(doc, true);
     QVERIFY(!doc.isModified());
-    QCOMPARE(doc.bindings().at(1), (ActionBinding{"W", "UPARROW"}));
-    QCOMPARE(doc.bindings().at(10), (ActionBinding{"CTRL", "MOUSE1"}));
-    QCOMPARE(doc.bindings().at(29), ActionBinding{});
-    QCOMPARE(doc.bindings().at(36), (ActionBinding{"`", "~"}));
+    QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "UPARROW" }));
+    QCOMPARE(doc.bindings().at(10), (ActionBinding { "CTRL", "MOUSE1" }));
+    QCOMPARE(doc.bindings().at(29), ActionBinding {});
+    QCOMPARE(doc.bindings().at(36), (ActionBinding { "`", "~" }));
     QCOMPARE(written(doc, "r_mode"), QStringLiteral("3"));
     QCOMPARE(written(doc, "cg_shadows"), QStringLiteral("1"));
     QCOMPARE(written(doc, "r_drawsun"), QStringLiteral("1"));
@@ -99,9 +99,24 @@ void tst_Defaults::newModes_data()
     QTest::addColumn<QString>("mode6");
 
     // Gibs and the rest of the values survive every mode; only the named ones change.
-    QTest::newRow("keep control keys") << 0 << "W" << "Q" << "4" << "1" << "0" << "6";
-    QTest::newRow("reset to defaults") << 1 << "W" << "" << "4" << "1" << "0" << "3";
-    QTest::newRow("clear") << 2 << "" << "" << "0" << "0" << "1" << "6";
+    QTest::newRow("keep control keys") << 0 << "W"
+                                       << "Q"
+                                       << "4"
+                                       << "1"
+                                       << "0"
+                                       << "6";
+    QTest::newRow("reset to defaults") << 1 << "W"
+                                       << ""
+                                       << "4"
+                                       << "1"
+                                       << "0"
+                                       << "3";
+    QTest::newRow("clear") << 2 << ""
+                           << ""
+                           << "0"
+                           << "0"
+                           << "1"
+                           << "6";
 }
 
 void tst_Defaults::newModes()

@@ -26,7 +26,8 @@ void tst_GameFolder::holdsTheGame_data()
     QTest::newRow("Quake3e for Windows") << QStringList { "quake3e.x64.exe" } << QStringList() << "quake3e.x64.exe";
     QTest::newRow("the original comes first")
         << QStringList { "quake3e.x64", "quake3.exe" } << QStringList() << "quake3.exe";
-    QTest::newRow("baseq3 alone is not the game") << QStringList { "baseq3/pak0.pk3" } << QStringList { "baseq3" } << "";
+    QTest::newRow("baseq3 alone is not the game")
+        << QStringList { "baseq3/pak0.pk3" } << QStringList { "baseq3" } << "";
     QTest::newRow("a folder named like the program") << QStringList() << QStringList { "quake3.exe" } << "";
     QTest::newRow("another program") << QStringList { "quake3.bat", "q3.exe" } << QStringList() << "";
 }

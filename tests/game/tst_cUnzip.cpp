@@ -1,15 +1,15 @@
 // The PK3 reader against archives written byte for byte here, so any name, flag or damage can be had.
-#include "cUnzip.h"
 #include "TestFiles.h"
 #include "TestZip.h"
+#include "cUnzip.h"
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
-using TestZip::RawEntry;
 using TestZip::crc32;
+using TestZip::RawEntry;
 using TestZip::zipBytes;
 
 namespace {
