@@ -2,6 +2,7 @@
 #
 #   tarnwick_install_deps               install whatever Debian package the build needs and is missing
 #   tarnwick_build BUILD_DIR [ARGS...]  configure BUILD_DIR (Ninja) if needed, then build it
+#   tarnwick_check_format               list the C++ files clang-format would change; fails when there are any
 #
 # TARNWICK_ROOT is the repository root; relative build folders are taken from there.
 # Set TARNWICK_SKIP_DEPS=1 to skip the package check (e.g. on a machine that is not Debian).
@@ -13,7 +14,7 @@ TARNWICK_DEPS=(
     qt6-base-dev qt6-base-dev-tools
     libzip-dev zipcmp zipmerge ziptool zip unzip
     xvfb xauth xdotool imagemagick x11-apps
-    clang libclang-rt-14-dev gawk
+    clang libclang-rt-14-dev clang-format gawk
     fonts-wine  # a free Tahoma for the window text (loaded from Wine's font folder)
 )
 
@@ -77,6 +78,10 @@ tarnwick_build()
     local dir="$1"
     shift
 
+    # CI builds with every warning an error (TARNWICK_WERROR=ON in the environment).
+    if [[ "${TARNWICK_WERROR:-OFF}" == ON ]]; then
+        set -- "$@" -DTARNWICK_WERROR=ON
+    fi
     (
         cd "$TARNWICK_ROOT" || exit 1
         if [[ ! -f "$dir/build.ninja" || $# -gt 0 ]]; then
@@ -84,4 +89,20 @@ tarnwick_build()
         fi
         cmake --build "$dir" || exit 1
     )
+}
+
+tarnwick_check_format()
+{
+    local -a unformatted=()
+    local file
+    while IFS= read -r -d '' file; do
+        if ! clang-format --dry-run --Werror "$file" >/dev/null 2>&1; then
+            unformatted+=("$file")
+        fi
+    done < <(cd "$TARNWICK_ROOT" && git ls-files -z -- '*.cpp' '*.h')
+    if [[ ${#unformatted[@]} -gt 0 ]]; then
+        echo "tarnwick: out of format (run clang-format -i on them):" >&2
+        printf '  %s\n' "${unformatted[@]}" >&2
+        return 1
+    fi
 }
