@@ -1,8 +1,9 @@
-// Drives the real tarnwick-cli: exit codes, messages, scripts, the corpus and hostile input.
+// Drives the real tarnwick-cli: exit codes, messages, scripts, real players' files and hostile input.
+#include "TestCorpus.h"
+#include "TestFiles.h"
 #include "TestZip.h"
 
 #include <QDir>
-#include <QDirIterator>
 #include <QFile>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -19,7 +20,8 @@ private Q_SLOTS:
     void scriptSession();
     void pk3Listing();
     void topLevelCommands();
-    void corpusReachesFixedPoint();
+    void rewriteReachesFixedPoint_data() { TestCorpus::addRows(); }
+    void rewriteReachesFixedPoint();
     void hostileInput_data();
     void hostileInput();
 
@@ -31,10 +33,11 @@ private:
         QByteArray err;
     };
     static Result run(const QStringList &args, const QByteArray &input = {}, int timeoutMs = 60000);
+    QString at(const QString &name) const { return m_dir.filePath(name); }
+    void write(const QString &name, const QByteArray &bytes) const { writeTestFile(at(name), bytes); }
+    QByteArray read(const QString &name) const { return readTestFile(at(name)); }
+
     QTemporaryDir m_dir;
-    QString path(const QString &name) const { return m_dir.filePath(name); }
-    void write(const QString &name, const QByteArray &bytes) const;
-    QByteArray read(const QString &name) const;
 };
 
 tst_Cli::Result tst_Cli::run(const QStringList &args, const QByteArray &input, int timeoutMs)
@@ -54,19 +57,6 @@ tst_Cli::Result tst_Cli::run(const QStringList &args, const QByteArray &input, i
         p.readAllStandardError() };
 }
 
-void tst_Cli::write(const QString &name, const QByteArray &bytes) const
-{
-    QFile f(path(name));
-    QVERIFY(f.open(QIODevice::WriteOnly));
-    QCOMPARE(f.write(bytes), bytes.size());
-}
-
-QByteArray tst_Cli::read(const QString &name) const
-{
-    QFile f(path(name));
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 void tst_Cli::exitCodes_data()
 {
     QTest::addColumn<QStringList>("args");
@@ -74,34 +64,35 @@ void tst_Cli::exitCodes_data()
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("message"); // the first line of standard error
 
-    const QString noBackup = "tarnwick-cli: Tarnwick wasn't be able to create or/and load backup file.";
-    QTest::newRow("help") << QStringList { "--help" } << QByteArray() << 0 << "";
-    QTest::newRow("nothing") << QStringList {} << QByteArray() << 2 << "tarnwick-cli: no command given";
-    QTest::newRow("unknown command") << QStringList { "frob" } << QByteArray() << 2 << "";
-    QTest::newRow("too few paths") << QStringList { "rewrite", "in.cfg" } << QByteArray() << 2 << "";
-    QTest::newRow("unknown kind") << QStringList { "export", "gfx", "in.cfg", "out" } << QByteArray() << 2 << "";
-    QTest::newRow("unknown mode") << QStringList { "new", "3", "out.cfg" } << QByteArray() << 2 << "";
-    QTest::newRow("missing input") << QStringList { "rewrite", "missing.cfg", "out.cfg" } << QByteArray() << 1
-                                   << noBackup;
-    QTest::newRow("folder as input") << QStringList { "rewrite", ".", "out.cfg" } << QByteArray() << 1 << noBackup;
-    QTest::newRow("missing output folder") << QStringList { "new", "1", "none/out.cfg" } << QByteArray() << 1 << "";
-    QTest::newRow("missing script") << QStringList { "script", "none.txt" } << QByteArray() << 1 << "";
-    QTest::newRow("script: unknown command") << QStringList { "script", "-" } << QByteArray("\n# x\nfrob\n") << 2
-                                             << "tarnwick-cli: line 3: wrong script command \"frob\"";
-    QTest::newRow("script: action out of range")
-        << QStringList { "script", "-" } << QByteArray("bind 37 1 W") << 2 << "";
-    QTest::newRow("script: slot out of range") << QStringList { "script", "-" } << QByteArray("unbind 3 0") << 2 << "";
-    QTest::newRow("script: not a setting")
-        << QStringList { "script", "-" } << QByteArray("set cg_zoomfov 5") << 2 << "";
-    QTest::newRow("script: failure stops the run")
-        << QStringList { "script", "-" } << QByteArray("open missing.cfg\r\nprint\r\n") << 1
-        << "tarnwick-cli: line 1: Tarnwick wasn't be able to create or/and load backup file.";
-    QTest::newRow("script: empty") << QStringList { "script", "-" } << QByteArray() << 0 << "";
-    QTest::newRow("pk3: no archive") << QStringList { "pk3" } << QByteArray() << 2 << "";
-    QTest::newRow("pk3: two archives") << QStringList { "pk3", "a.pk3", "b.pk3" } << QByteArray() << 2 << "";
-    QTest::newRow("pk3: missing archive") << QStringList { "pk3", "missing.pk3" } << QByteArray() << 1
-                                          << "tarnwick-cli: Can't read the archive \"missing.pk3\": No such file";
-    QTest::newRow("pk3: folder as archive") << QStringList { "pk3", "." } << QByteArray() << 1 << "";
+    const auto row = [](const char *tag, const QStringList &args, int code, const char *message = "") {
+        QTest::newRow(tag) << args << QByteArray() << code << QString::fromLatin1(message);
+    };
+    const auto script = [](const char *tag, const QByteArray &text, int code, const char *message = "") {
+        QTest::newRow(tag) << QStringList { "script", "-" } << text << code << QString::fromLatin1(message);
+    };
+    const char *noBackup = "tarnwick-cli: Tarnwick wasn't be able to create or/and load backup file.";
+    row("help", { "--help" }, 0);
+    row("nothing", {}, 2, "tarnwick-cli: no command given");
+    row("unknown command", { "frob" }, 2);
+    row("too few paths", { "rewrite", "in.cfg" }, 2);
+    row("unknown kind", { "export", "gfx", "in.cfg", "out" }, 2);
+    row("unknown mode", { "new", "3", "out.cfg" }, 2);
+    row("missing input", { "rewrite", "missing.cfg", "out.cfg" }, 1, noBackup);
+    row("folder as input", { "rewrite", ".", "out.cfg" }, 1, noBackup);
+    row("missing output folder", { "new", "1", "none/out.cfg" }, 1);
+    row("missing script", { "script", "none.txt" }, 1);
+    script("script: unknown command", "\n# x\nfrob\n", 2, "tarnwick-cli: line 3: wrong script command \"frob\"");
+    script("script: action out of range", "bind 37 1 W", 2);
+    script("script: slot out of range", "unbind 3 0", 2);
+    script("script: not a setting", "set cg_zoomfov 5", 2);
+    script("script: failure stops the run", "open missing.cfg\r\nprint\r\n", 1,
+        "tarnwick-cli: line 1: Tarnwick wasn't be able to create or/and load backup file.");
+    script("script: empty", "", 0);
+    row("pk3: no archive", { "pk3" }, 2);
+    row("pk3: two archives", { "pk3", "a.pk3", "b.pk3" }, 2);
+    row("pk3: missing archive", { "pk3", "missing.pk3" }, 1,
+        "tarnwick-cli: Can't read the archive \"missing.pk3\": No such file");
+    row("pk3: folder as archive", { "pk3", "." }, 1);
 }
 
 void tst_Cli::exitCodes()
@@ -121,28 +112,16 @@ void tst_Cli::exitCodes()
         QCOMPARE(QString::fromLocal8Bit(r.err.split('\n').first()), message);
     if (code == 2)
         QVERIFY(r.err.contains("Usage:"));
-    QVERIFY(!QFile::exists(path("out.cfg")) && !QFile::exists(path("out")));
+    QVERIFY(!QFile::exists(at("out.cfg")) && !QFile::exists(at("out")));
 }
 
 void tst_Cli::scriptSession()
 {
     write("in.cfg", "seta cg_fov 100\r\nbind w \"+forward\"\r\nseta foo \"1\"\r\n");
-    const QByteArray script = "# a session\n"
-                              "open \""
-        + path("in.cfg").toLocal8Bit()
-        + "\"\n"
-          "set cg_fov 80\n"
-          "set rate 7777\n"
-          "set name  \"Big Bad\"\n"
-          "set r_swapinterval \f1\n"
-          "bind 2 1 W\n"
-          "bind 1 2 MOUSE1\n"
-          "unbind 1 2\n"
-          "print\n"
-          "restore\n"
-          "print\n"
-          "save "
-        + path("out.cfg").toLocal8Bit() + "\n";
+    const QByteArray script = "# a session\nopen \"" + at("in.cfg").toLocal8Bit()
+        + "\"\nset cg_fov 80\nset rate 7777\nset name  \"Big Bad\"\nset r_swapinterval \f1\n"
+          "bind 2 1 W\nbind 1 2 MOUSE1\nunbind 1 2\nprint\nrestore\nprint\nsave "
+        + at("out.cfg").toLocal8Bit() + "\n";
     const Result r = run({ "script", "-" }, script);
     QCOMPARE(r.code, 0);
     const qsizetype second = r.out.lastIndexOf("//generated by Tarnwick");
@@ -150,15 +129,13 @@ void tst_Cli::scriptSession()
     const QByteArray edited = r.out.left(second);
     const QByteArray restored = r.out.mid(second);
     QVERIFY(edited.startsWith("//generated by Tarnwick\r\nseta foo \"1\"\r\nbind w \"+back\"\r\nseta cg_autoswitch"));
-    QVERIFY(edited.contains("seta cg_fov \"90\"\r\n"));
-    QVERIFY(edited.contains("seta rate \"25000\"\r\n"));
-    QVERIFY(edited.contains("seta name \"Big Bad\"\r\n"));
-    QVERIFY(edited.contains("seta r_swapinterval \"0\"\r\n")); // a form feed is no blank: not a number
+    for (const char *line : { "seta cg_fov \"90\"\r\n", "seta rate \"25000\"\r\n", "seta name \"Big Bad\"\r\n",
+             "seta r_swapinterval \"0\"\r\n" }) // a form feed is no blank: not a number
+        QVERIFY2(edited.contains(line), line);
     QVERIFY(!edited.contains("+forward"));
     // Restore puts back the values read, not the keys.
-    QVERIFY(restored.contains("seta cg_fov \"100\"\r\n"));
-    QVERIFY(restored.contains("seta name \"UnnamedPlayer\"\r\n"));
-    QVERIFY(restored.contains("bind w \"+back\"\r\n"));
+    for (const char *line : { "seta cg_fov \"100\"\r\n", "seta name \"UnnamedPlayer\"\r\n", "bind w \"+back\"\r\n" })
+        QVERIFY2(restored.contains(line), line);
     QCOMPARE(read("out.cfg"), restored);
 }
 
@@ -166,44 +143,33 @@ void tst_Cli::topLevelCommands()
 {
     write("base.cfg", "seta keep 1\r\nseta cg_fov 100\r\nseta cg_drawfps 0\r\nbind w \"+forward\"\r\n");
     write("part.hud", "seta cg_drawfps 1\r\nseta cg_fov 130\r\n");
-    QCOMPARE(run({ "rewrite", path("base.cfg"), path("re.cfg") }).code, 0);
+    QCOMPARE(run({ "rewrite", at("base.cfg"), at("re.cfg") }).code, 0);
     QVERIFY(read("re.cfg").startsWith("//generated by Tarnwick\r\nseta keep 1\r\nbind w \"+forward\"\r\n"));
 
-    QCOMPARE(run({ "export", "controls", path("base.cfg"), path("keys.ctr") }).code, 0);
+    QCOMPARE(run({ "export", "controls", at("base.cfg"), at("keys.ctr") }).code, 0);
     QCOMPARE(read("keys.ctr"),
         QByteArray("//generated by Tarnwick\r\nbind w \"+forward\"\r\nseta cg_autoswitch \"0\"\r\n"
                    "seta cl_run \"0\"\r\nseta sensitivity \"9.0\"\r\n"));
 
     // Import replaces the kept lines with the part's lines of other areas.
-    QCOMPARE(run({ "import", "hud", path("part.hud"), path("base.cfg"), path("merged.cfg") }).code, 0);
+    QCOMPARE(run({ "import", "hud", at("part.hud"), at("base.cfg"), at("merged.cfg") }).code, 0);
     const QByteArray merged = read("merged.cfg");
     QVERIFY(merged.startsWith("//generated by Tarnwick\r\nseta cg_fov 130\r\nbind w \"+forward\"\r\n"));
     QVERIFY(merged.contains("seta cg_drawfps \"1\"\r\n"));
     QVERIFY(merged.contains("seta cg_fov \"100\"\r\n"));
 
-    QCOMPARE(run({ "new", "1", path("new.cfg") }).code, 0);
-    QCOMPARE(read("new.cfg"), [] {
-        QFile f(QStringLiteral(TARNWICK_TEST_DATA "/new-defaults.cfg"));
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-    }());
-}
-
-// A zip archive of empty stored entries; `encrypted` names the entries flagged as encrypted.
-static QByteArray emptyEntriesZip(const QByteArrayList &names, const QByteArrayList &encrypted)
-{
-    QList<TestZip::RawEntry> entries;
-    for (const QByteArray &name : names)
-        entries.append({ name, QByteArray(), false, encrypted.contains(name) });
-    return TestZip::zipBytes(entries);
+    QCOMPARE(run({ "new", "1", at("new.cfg") }).code, 0);
+    QCOMPARE(read("new.cfg"), readTestFile(QStringLiteral(TARNWICK_TEST_DATA "/new-defaults.cfg")));
 }
 
 void tst_Cli::pk3Listing()
 {
-    write("game.pk3",
-        emptyEntriesZip({ "models/players/", "models/players/sarge/head.md3", "q3config.cfg", "secret/pass.txt",
-                            "/abs/x", "sound/caf\x82.wav" },
-            { "secret/pass.txt" }));
-    const Result r = run({ "pk3", path("game.pk3") });
+    QList<TestZip::RawEntry> entries;
+    for (const char *name : { "models/players/", "models/players/sarge/head.md3", "q3config.cfg", "secret/pass.txt",
+             "/abs/x", "sound/caf\x82.wav" })
+        entries.append({ name, QByteArray(), false, qstrcmp(name, "secret/pass.txt") == 0 });
+    write("game.pk3", TestZip::zipBytes(entries));
+    const Result r = run({ "pk3", at("game.pk3") });
     QCOMPARE(r.code, 0);
     QCOMPARE(r.err, QByteArray());
     QCOMPARE(r.out,
@@ -214,29 +180,23 @@ void tst_Cli::pk3Listing()
                    "sound\tcaf\xc3\xa9.wav\t-\n"));
 }
 
-void tst_Cli::corpusReachesFixedPoint()
+// Rewriting a rewritten file changes no byte, and the original is never touched.
+void tst_Cli::rewriteReachesFixedPoint()
 {
-    QDir corpus(QStringLiteral(TARNWICK_CORPUS));
-    const QStringList files = corpus.entryList({ "*.cfg", "*.config" }, QDir::Files, QDir::Name);
-    if (files.isEmpty())
-        QSKIP("no corpus of players' configurations beside the project");
-    for (const QString &name : files) {
-        const QString in = corpus.filePath(name);
-        QFile original(in);
-        QVERIFY(original.open(QIODevice::ReadOnly));
-        const QByteArray before = original.readAll();
-        QString previous = in;
-        for (int pass = 1; pass <= 3; ++pass) {
-            const QString out = path(QStringLiteral("%1.%2").arg(name).arg(pass));
-            const Result r = run({ "rewrite", previous, out });
-            QVERIFY2(r.code == 0, qPrintable(name + ": " + QString::fromLocal8Bit(r.err)));
-            previous = out;
-        }
-        QVERIFY2(read(name + ".2") == read(name + ".3"), qPrintable(name + " changes after the second pass"));
-        QVERIFY(read(name + ".3").startsWith("//generated by Tarnwick\r\n"));
-        original.seek(0);
-        QCOMPARE(original.readAll(), before);
+    QFETCH(QString, path);
+    TARNWICK_SKIP_WITHOUT_CORPUS(path);
+    const QByteArray before = readTestFile(path);
+    const QString name = QFileInfo(path).fileName();
+    QString previous = path;
+    for (int pass = 1; pass <= 3; ++pass) {
+        const QString out = at(QStringLiteral("%1.%2").arg(name).arg(pass));
+        const Result r = run({ "rewrite", previous, out });
+        QVERIFY2(r.code == 0, r.err.constData());
+        previous = out;
     }
+    QVERIFY(read(name + ".3").startsWith("//generated by Tarnwick\r\n"));
+    QVERIFY2(read(name + ".2") == read(name + ".3"), "changes after the second pass");
+    QCOMPARE(readTestFile(path), before);
 }
 
 void tst_Cli::hostileInput_data()
@@ -262,12 +222,11 @@ void tst_Cli::hostileInput()
 {
     QFETCH(QByteArray, content);
     write("hostile.cfg", content);
-    const Result r = run({ "rewrite", path("hostile.cfg"), path("hostile.out") }, {}, 300000);
+    const Result r = run({ "rewrite", at("hostile.cfg"), at("hostile.out") }, {}, 300000);
     QCOMPARE(r.code, 0);
     QVERIFY(read("hostile.out").startsWith("//generated by Tarnwick\r\n"));
     QCOMPARE(read("hostile.cfg").size(), content.size());
 }
 
 QTEST_GUILESS_MAIN(tst_Cli)
-#include "TestZip.h"
 #include "tst_Cli.moc"

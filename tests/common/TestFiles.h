@@ -1,4 +1,4 @@
-// TestFiles: small files the tests write into their temporary folders.
+// TestFiles: small files the tests write into their temporary folders and read back.
 #pragma once
 
 #include <QByteArray>
@@ -13,4 +13,11 @@ inline QString writeTestFile(const QString &path, const QByteArray &bytes)
     if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
         qFatal("cannot write %s", qPrintable(path));
     return path;
+}
+
+/// The whole file; empty when it can't be read.
+inline QByteArray readTestFile(const QString &path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
