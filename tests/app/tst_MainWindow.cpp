@@ -47,14 +47,6 @@ private Q_SLOTS:
     void regionsFollowTheWindow();
     void largerFontScrollsInsteadOfClipping();
     void clientPasswordDialog();
-    void helpTexts_data();
-    void helpTexts();
-    void dependencies_data();
-    void dependencies();
-    void sliderLabels_data();
-    void sliderLabels();
-    void fieldsThatMayNotBeEmpty_data();
-    void fieldsThatMayNotBeEmpty();
     void editsMarkModified();
     void keyButtonsDefineMoveAndDelete();
     void corpusFilesShowAndWriteBack();
@@ -68,7 +60,6 @@ private:
         return widget;
     }
     MsgBoard *board() const { return find<MsgBoard>(QStringLiteral("MsgBoard1")); }
-    void hover(QWidget *widget) const;
     void setChecked(const QString &box, bool on) const;
     int buttonTop(const QString &name) const { return find<QWidget>(name)->geometry().top(); }
 
@@ -91,13 +82,6 @@ void tst_MainWindow::cleanup()
 {
     delete m_window;
     m_window = nullptr;
-}
-
-void tst_MainWindow::hover(QWidget *widget) const
-{
-    const QPointF centre = QRectF(widget->rect()).center();
-    QEnterEvent enter(centre, widget->mapTo(m_window, centre), widget->mapToGlobal(centre));
-    QApplication::sendEvent(widget, &enter);
 }
 
 void tst_MainWindow::setChecked(const QString &box, bool on) const
@@ -335,219 +319,6 @@ void tst_MainWindow::clientPasswordDialog()
     answer(QStringLiteral("s3cret"), QStringLiteral("other"), false); // Cancel keeps the password
     answer(QStringLiteral("s3cret"), QString(), true);
     QVERIFY(!m_window->document().isModified()); // the password is no setting of the file
-}
-
-void tst_MainWindow::helpTexts_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<QStringList>("checked"); // boxes checked first
-    QTest::addColumn<QStringList>("cleared"); // boxes cleared first
-    QTest::addColumn<int>("shadows"); // position of the shadow list, -1 to leave it
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<int>("type");
-
-    const QStringList none;
-    QTest::newRow("plain") << "chkBlood" << none << none << -1
-                           << "Enables the rendering of blood trails. Can considerably increase framerate for "
-                              "VooDoo 1/2/3 owners in heavy deathmatch if this option is disabled."
-                           << 2;
-    QTest::newRow("full screen warns") << "chkFullScr" << none << none << -1
-                                       << "Toggles between Window en Fullscreen mode.\r\n"
-                                          "Warning: VooDoo 1/2/3 cards do not support window mode."
-                                       << 0;
-    QTest::newRow("delta checked") << "chkDelta" << QStringList { "chkDelta" } << none << -1
-                                   << "Toggles Delta Compression" << 2;
-    QTest::newRow("delta clear") << "chkDelta" << none << QStringList { "chkDelta" } << -1
-                                 << "Only disable Delta Compression if you encounter U_REMOVE problems during gameplay."
-                                 << 1;
-    QTest::newRow("GL extensions checked")
-        << "chkGLExt" << QStringList { "chkGLExt" } << none << -1 << "Enables OpenGL extensions." << 2;
-    QTest::newRow("GL extensions clear")
-        << "chkGLExt" << none << QStringList { "chkGLExt" } << -1
-        << "Enables OpenGL extensions.\r\nWarning: It is recommended you enable this option." << 1;
-    QTest::newRow("UDP clear") << "chkUDP" << none << QStringList { "chkUDP" } << -1
-                               << "Enables TCP/IP network protocol." << 2;
-    QTest::newRow("UDP checked") << "chkUDP" << QStringList { "chkUDP" } << none << -1
-                                 << "Disables TCP/IP network protocol.\r\nThis will disable you from playing online!"
-                                 << 1;
-    QTest::newRow("ordinary shadows without marks")
-        << "cbShadows" << none << QStringList { "chkMarks" } << 1
-        << "Sets type of shadows rendering.\r\nTo enable Ordinary Shadows you must set Marks On Walls on." << 1;
-    QTest::newRow("ordinary shadows with marks")
-        << "cbShadows" << QStringList { "chkMarks" } << none << 1 << "Sets type of shadows rendering." << 2;
-    QTest::newRow("stencil shadows without marks")
-        << "cbShadows" << none << QStringList { "chkMarks" } << 2 << "Sets type of shadows rendering." << 2;
-    QTest::newRow("second option") << "optLighting_1" << none << none << -1
-                                   << "Toggles rendering of lightmaps without rendering textures." << 2;
-    QTest::newRow("model button") << "cmdModel" << none << none << -1 << "Press this button to select player model."
-                                  << 2;
-    QTest::newRow("no help keeps the board") << "chkCurve" << none << none << -1 << "Welcome to Tarnwick." << 2;
-    QTest::newRow("award field has none") << "txtAwards_2" << none << none << -1 << "Welcome to Tarnwick." << 2;
-}
-
-void tst_MainWindow::helpTexts()
-{
-    QFETCH(QString, control);
-    QFETCH(QStringList, checked);
-    QFETCH(QStringList, cleared);
-    QFETCH(int, shadows);
-    QFETCH(QString, text);
-    QFETCH(int, type);
-
-    for (const QString &box : checked)
-        setChecked(box, true);
-    for (const QString &box : cleared)
-        setChecked(box, false);
-    if (shadows >= 0)
-        find<QComboBox>(QStringLiteral("cbShadows"))->setCurrentIndex(shadows);
-    hover(find<QWidget>(control));
-    QCOMPARE(board()->Message(), text);
-    QCOMPARE(board()->MsgType(), type);
-}
-
-void tst_MainWindow::dependencies_data()
-{
-    QTest::addColumn<QStringList>("checked"); // boxes checked, in order
-    QTest::addColumn<QStringList>("cleared"); // then boxes cleared, in order
-    QTest::addColumn<QStringList>("enabled");
-    QTest::addColumn<QStringList>("disabled");
-
-    const QStringList none;
-    QTest::newRow("2D off takes the HUD with it")
-        << QStringList { "chkStBar", "chkIcons", "chkCHair" } << QStringList { "chk2D" } << none
-        << QStringList { "chkStBar", "chkFPS", "chkTimer", "chkKiller", "chkLAW", "chkMotd", "chkCHair", "chkIcons",
-               "chkLAG", "chk3DIcons", "slCHairSize" };
-    QTest::newRow("2D on, status bar off")
-        << QStringList { "chk2D", "chkIcons" } << QStringList { "chkStBar" }
-        << QStringList { "chkStBar", "chkFPS", "chkCHair" } << QStringList { "chkIcons", "chkLAG", "chk3DIcons" };
-    QTest::newRow("everything on") << QStringList { "chk2D", "chkStBar", "chkIcons", "chkCHair" } << none
-                                   << QStringList { "chkIcons", "chkLAG", "chk3DIcons", "slCHairSize" } << none;
-    // The icons box judges the 3D icons by 2D and itself alone.
-    QTest::newRow("icons after status bar off")
-        << QStringList { "chk2D" } << QStringList { "chkStBar" } << none << none;
-    QTest::newRow("crosshair off") << QStringList { "chk2D" } << QStringList { "chkCHair" } << none
-                                   << QStringList { "slCHairSize" };
-    QTest::newRow("flares") << QStringList { "chkFlares" } << none << QStringList { "txtFlSize", "txtFlFade" } << none;
-    QTest::newRow("no flares") << none << QStringList { "chkFlares" } << none
-                               << QStringList { "txtFlSize", "txtFlFade" };
-    QTest::newRow("blood") << none << QStringList { "chkBlood" } << none << QStringList { "chkGibs" };
-    QTest::newRow("high sky") << QStringList { "chkHighSky" } << none << none << QStringList { "chkVTP", "chkSun" };
-    QTest::newRow("low sky") << none << QStringList { "chkHighSky" } << QStringList { "chkVTP", "chkSun" } << none;
-    QTest::newRow("messages") << none << QStringList { "chkMsg" } << none << QStringList { "txtNTime" };
-    QTest::newRow("A3D") << QStringList { "chkA3D" } << none << QStringList { "sld2dsnd", "chkA3D_GP" } << none;
-    QTest::newRow("no A3D") << none << QStringList { "chkA3D" } << none << QStringList { "sld2dsnd", "chkA3D_GP" };
-    QTest::newRow("third person") << QStringList { "chk3dPerson" } << none << QStringList { "sldAngle", "sldRange" }
-                                  << none;
-    QTest::newRow("private server") << QStringList { "chkPrivSv" } << none << QStringList { "cmdClPas" } << none;
-    QTest::newRow("public server") << none << QStringList { "chkPrivSv" } << none << QStringList { "cmdClPas" };
-}
-
-void tst_MainWindow::dependencies()
-{
-    QFETCH(QStringList, checked);
-    QFETCH(QStringList, cleared);
-    QFETCH(QStringList, enabled);
-    QFETCH(QStringList, disabled);
-
-    // Toggle each box through the other state, so its change handler runs whatever it started as.
-    for (const QString &box : checked) {
-        setChecked(box, false);
-        setChecked(box, true);
-    }
-    for (const QString &box : cleared) {
-        setChecked(box, true);
-        setChecked(box, false);
-    }
-    if (qstrcmp(QTest::currentDataTag(), "icons after status bar off") == 0) {
-        // The box is disabled now, so only the program changes it (as a read does).
-        ConfigDocument &doc = m_window->document();
-        const int icons = SettingCatalog::instance().indexOfControl(u"chkIcons");
-        doc.setState(icons, 0, 0);
-        doc.setState(icons, 0, 1);
-        QVERIFY(find<QWidget>(QStringLiteral("chk3DIcons"))->isEnabled());
-        return;
-    }
-    for (const QString &name : enabled)
-        QVERIFY2(find<QWidget>(name)->isEnabled(), qPrintable(name));
-    for (const QString &name : disabled)
-        QVERIFY2(!find<QWidget>(name)->isEnabled(), qPrintable(name));
-}
-
-void tst_MainWindow::sliderLabels_data()
-{
-    QTest::addColumn<QString>("slider");
-    QTest::addColumn<int>("position");
-    QTest::addColumn<QString>("label");
-    QTest::addColumn<QString>("greyedTwin");
-
-    QTest::newRow("gamma") << "sldGamma" << 10 << "Gamma: 1.0"
-                           << "lblGammaDis";
-    QTest::newRow("gamma top") << "sldGamma" << 30 << "Gamma: 3.0"
-                               << "lblGammaDis";
-    QTest::newRow("volume") << "sldEVol" << 7 << "Effect Volume: 0.7"
-                            << "lblEVolDis";
-    QTest::newRow("sensitivity") << "sldMsSen" << 55 << "Mouse Sensitivity: 5.5"
-                                 << "lblMsSenDis";
-    QTest::newRow("crosshair") << "slCHairSize" << 33 << "Crosshair Size: 33"
-                               << "lblCHairSizeDis";
-    QTest::newRow("no handicap") << "sldHandicap" << 100 << "Handicap: 100 / None"
-                                 << "lblHandicapDis";
-    QTest::newRow("handicap") << "sldHandicap" << 99 << "Handicap: 99"
-                              << "lblHandicapDis";
-    QTest::newRow("team chat") << "sldTCT" << 12 << "Team Chat Time: 12 min"
-                               << "lblTCTDis";
-    QTest::newRow("range") << "sldRange" << 250 << "3rd Person Range: 250"
-                           << "lblRangeDis";
-    QTest::newRow("2D sound, both labels") << "sld2dsnd" << 4 << "2D Sound: 0.4"
-                                           << "lbl2dsnddis";
-}
-
-void tst_MainWindow::sliderLabels()
-{
-    QFETCH(QString, slider);
-    QFETCH(int, position);
-    QFETCH(QString, label);
-    QFETCH(QString, greyedTwin);
-
-    find<QSlider>(slider)->setValue(position);
-    QCOMPARE(find<QLabel>(greyedTwin)->text(), label);
-    QString normal = greyedTwin;
-    normal.chop(3);
-    QCOMPARE(find<QLabel>(normal)->text(), label);
-    QCOMPARE(m_window->document().state(slider), position);
-}
-
-void tst_MainWindow::fieldsThatMayNotBeEmpty_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("afterClearing");
-    QTest::newRow("force respawn") << "txtForce"
-                                   << "0";
-    QTest::newRow("an award") << "txtAwards_3"
-                              << "0";
-    QTest::newRow("field of view may be empty") << "txtFOV"
-                                                << "";
-    QTest::newRow("name may be empty") << "txtName"
-                                       << "";
-}
-
-void tst_MainWindow::fieldsThatMayNotBeEmpty()
-{
-    QFETCH(QString, field);
-    QFETCH(QString, afterClearing);
-
-    m_window->SelectPage(field == u"txtFOV" ? 3 : 0);
-    auto *edit = find<QLineEdit>(field);
-    edit->setFocus();
-    edit->selectAll();
-    QTest::keyClick(edit, Qt::Key_Backspace);
-    QCOMPARE(edit->text(), afterClearing);
-    QCOMPARE(edit->cursorPosition(), afterClearing.size());
-    QCOMPARE(m_window->document().text(field.section(u'_', 0, 0), field.section(u'_', 1).toInt()), afterClearing);
-    // Number fields take digits only.
-    QTest::keyClicks(edit, QStringLiteral("4x2"));
-    const bool digitsOnly = ControlRules::isNumericField(field.section(u'_', 0, 0));
-    QCOMPARE(edit->text(), afterClearing + (digitsOnly ? QStringLiteral("42") : QStringLiteral("4x2")));
 }
 
 void tst_MainWindow::editsMarkModified()
