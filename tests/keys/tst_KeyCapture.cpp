@@ -1,4 +1,4 @@
-#include "VirtualKeys.h"
+// The key capture dialog: a key or a mouse button released over it gives the name, closing it cancels.
 #include "frmKey.h"
 
 #include <QApplication>
@@ -24,8 +24,6 @@ private Q_SLOTS:
     void closingCancels_data();
     void closingCancels();
     void captureKeyReusesOneDialog();
-    void virtualKeyCode_data();
-    void virtualKeyCode();
 
 private:
     void sendKey(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
@@ -60,40 +58,20 @@ void tst_KeyCapture::sendMouse(QEvent::Type type, Qt::MouseButton button, QPoint
     QApplication::sendEvent(m_dialog.get(), &event);
 }
 
+// What a key press does to the dialog; which name each key gives is tst_KeyNames' matter.
 void tst_KeyCapture::keyGivesName_data()
 {
     QTest::addColumn<int>("key");
     QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
     QTest::addColumn<QString>("name"); // empty: the capture is cancelled
 
-    const Qt::KeyboardModifiers none = Qt::NoModifier;
-    const Qt::KeyboardModifiers keypad = Qt::KeypadModifier;
-    QTest::newRow("Esc") << int(Qt::Key_Escape) << none << QString();
-    QTest::newRow("letter") << int(Qt::Key_Q) << none << "Q";
+    QTest::newRow("Esc") << int(Qt::Key_Escape) << Qt::KeyboardModifiers() << QString();
     QTest::newRow("Shift+letter") << int(Qt::Key_Q) << Qt::KeyboardModifiers(Qt::ShiftModifier) << "Q";
-    QTest::newRow("Ctrl+Alt+letter") << int(Qt::Key_W) << (Qt::ControlModifier | Qt::AltModifier) << "W";
-    QTest::newRow("Shift+1") << int(Qt::Key_Exclam) << Qt::KeyboardModifiers(Qt::ShiftModifier) << "1";
     QTest::newRow("Shift alone") << int(Qt::Key_Shift) << Qt::KeyboardModifiers(Qt::ShiftModifier) << "SHIFT";
-    QTest::newRow("Ctrl") << int(Qt::Key_Control) << Qt::KeyboardModifiers(Qt::ControlModifier) << "CTRL";
-    QTest::newRow("Alt") << int(Qt::Key_Alt) << Qt::KeyboardModifiers(Qt::AltModifier) << "ALT";
-    QTest::newRow("semicolon") << int(Qt::Key_Semicolon) << none << "SEMICOLON";
-    QTest::newRow("equals") << int(Qt::Key_Equal) << none << "=";
-    QTest::newRow("back-quote") << int(Qt::Key_QuoteLeft) << none << "`";
-    QTest::newRow("Tab") << int(Qt::Key_Tab) << none << "TAB";
+    // Tab and Backtab must not move the focus instead.
+    QTest::newRow("Tab") << int(Qt::Key_Tab) << Qt::KeyboardModifiers() << "TAB";
     QTest::newRow("Shift+Tab") << int(Qt::Key_Backtab) << Qt::KeyboardModifiers(Qt::ShiftModifier) << "TAB";
-    QTest::newRow("main Enter") << int(Qt::Key_Return) << none << "ENTER";
-    QTest::newRow("keypad Enter") << int(Qt::Key_Enter) << keypad << "ENTER";
-    QTest::newRow("keypad 1 Num Lock on") << int(Qt::Key_1) << keypad << "KP_END";
-    QTest::newRow("keypad 1 Num Lock off") << int(Qt::Key_End) << keypad << "END";
-    QTest::newRow("keypad 5 Num Lock on") << int(Qt::Key_5) << keypad << "KP_5";
-    QTest::newRow("keypad 5 Num Lock off") << int(Qt::Key_Clear) << keypad << "KP_5";
-    QTest::newRow("keypad star") << int(Qt::Key_Asterisk) << keypad << "*";
-    QTest::newRow("keypad slash") << int(Qt::Key_Slash) << keypad << "/";
-    QTest::newRow("keypad point") << int(Qt::Key_Period) << keypad << ".";
-    QTest::newRow("F16") << int(Qt::Key_F16) << none << "F16";
-    QTest::newRow("left Windows key") << int(Qt::Key_Super_L) << none << "0x00";
-    QTest::newRow("menu key") << int(Qt::Key_Menu) << none << "0x00";
-    QTest::newRow("Scroll Lock") << int(Qt::Key_ScrollLock) << none << "0x00";
+    QTest::newRow("keypad") << int(Qt::Key_1) << Qt::KeyboardModifiers(Qt::KeypadModifier) << "KP_END";
 }
 
 void tst_KeyCapture::keyGivesName()
@@ -134,11 +112,9 @@ void tst_KeyCapture::mouseRelease_data()
     QTest::addColumn<QString>("name"); // empty: the dialog stays open
 
     QTest::newRow("left") << Qt::LeftButton << QPoint(100, 17) << "MOUSE1";
-    QTest::newRow("right") << Qt::RightButton << QPoint(100, 17) << "MOUSE2";
     QTest::newRow("middle") << Qt::MiddleButton << QPoint(100, 17) << "MOUSE3";
     QTest::newRow("just inside") << Qt::LeftButton << QPoint(278, 33) << "MOUSE1";
     QTest::newRow("dragged out right") << Qt::LeftButton << QPoint(279, 17) << QString();
-    QTest::newRow("dragged out top") << Qt::MiddleButton << QPoint(100, 0) << QString();
     QTest::newRow("dragged out left") << Qt::RightButton << QPoint(-5, 17) << QString();
     QTest::newRow("back button") << Qt::BackButton << QPoint(100, 17) << QString();
 }
@@ -218,42 +194,6 @@ void tst_KeyCapture::captureKeyReusesOneDialog()
     QVERIFY(second.cancelled);
     QVERIFY(second.keyName.isEmpty());
     QCOMPARE(owner.findChildren<frmKey *>(), QList<frmKey *> { first });
-}
-
-// Keys the dialog table leaves out, straight through the mapping.
-void tst_KeyCapture::virtualKeyCode_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-    QTest::addColumn<int>("code");
-
-    const Qt::KeyboardModifiers none = Qt::NoModifier;
-    const Qt::KeyboardModifiers keypad = Qt::KeypadModifier;
-    QTest::newRow("Shift+0") << int(Qt::Key_ParenRight) << none << 48;
-    QTest::newRow("Shift+8 is not keypad star") << int(Qt::Key_Asterisk) << none << 56;
-    QTest::newRow("main plus") << int(Qt::Key_Plus) << none << 187;
-    QTest::newRow("keypad comma is the decimal key") << int(Qt::Key_Comma) << keypad << 110;
-    QTest::newRow("keypad Del Num Lock off") << int(Qt::Key_Delete) << keypad << 46;
-    QTest::newRow("keypad 9 Num Lock on") << int(Qt::Key_9) << keypad << 105;
-    QTest::newRow("dead grave") << int(Qt::Key_Dead_Grave) << none << 192;
-    QTest::newRow("right Windows key") << int(Qt::Key_Super_R) << none << 92;
-    QTest::newRow("F24") << int(Qt::Key_F24) << none << 135;
-    QTest::newRow("F25") << int(Qt::Key_F25) << none << -1;
-    QTest::newRow("Print Screen") << int(Qt::Key_Print) << none << -1;
-    QTest::newRow("letter outside A-Z") << int(Qt::Key_Adiaeresis) << none << -1;
-}
-
-void tst_KeyCapture::virtualKeyCode()
-{
-    QFETCH(int, key);
-    QFETCH(Qt::KeyboardModifiers, modifiers);
-    QFETCH(int, code);
-
-    QCOMPARE(VirtualKeys::fromQtKey(key, modifiers), code);
-#ifndef Q_OS_WIN
-    // An X11 keysym or a macOS key code in the native field is no Windows code.
-    QCOMPARE(VirtualKeys::fromQtKey(key, modifiers, 0xff0d), code);
-#endif
 }
 
 QTEST_MAIN(tst_KeyCapture)

