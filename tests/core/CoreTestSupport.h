@@ -6,33 +6,18 @@
 #include "ConfigWriter.h"
 #include "Defaults.h"
 #include "SettingMapping.h"
+#include "TestFiles.h"
 
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 namespace TestSupport {
 
-inline QString writeTemp(const QTemporaryDir &dir, const QString &name, const QByteArray &bytes)
-{
-    const QString path = dir.filePath(name);
-    QFile f(path);
-    if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
-        qFatal("cannot write test file");
-    return path;
-}
-
-inline QByteArray readAll(const QString &path)
-{
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
 /// Reads `bytes` as a file's content into the document for the scope.
 inline bool readBytes(ConfigDocument &doc, const QByteArray &bytes, FileScope scope = FileScope::Whole)
 {
     QTemporaryDir dir;
-    return ReadCfgFile(doc, writeTemp(dir, QStringLiteral("test.cfg"), bytes), scope);
+    return ReadCfgFile(doc, writeTestFile(dir.filePath(QStringLiteral("test.cfg")), bytes), scope);
 }
 
 /// The value the writer would put in the setting line of `name`.
@@ -45,12 +30,9 @@ inline QString written(const ConfigDocument &doc, const char *name)
     return SettingMapping::fileValue(row, &doc.values()[row.firstSlot]);
 }
 
-inline int rowOf(const char *nameOrControl)
+inline int rowOf(const char *control)
 {
-    const SettingCatalog &catalog = SettingCatalog::instance();
-    const QString key = QString::fromLatin1(nameOrControl);
-    const int control = catalog.indexOfControl(key);
-    return control >= 0 ? control : catalog.indexOfSetting(key);
+    return SettingCatalog::instance().indexOfControl(QString::fromLatin1(control));
 }
 
 /// The output of a whole-file write, one string a line (without the CR LF ends).
@@ -60,5 +42,11 @@ inline QStringList wholeFileLines(const ConfigDocument &doc)
     text.chop(2);
     return text.split(QStringLiteral("\r\n"));
 }
+
+/// A document as a freshly started program holds it.
+struct StartDocument : ConfigDocument
+{
+    StartDocument() { StartUpDocument(*this); }
+};
 
 } // namespace TestSupport

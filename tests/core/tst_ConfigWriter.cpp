@@ -35,16 +35,15 @@ void tst_ConfigWriter::wholeFileOfNewDocuments()
 {
     QFETCH(int, mode);
     QFETCH(QString, golden);
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     NewCfg(doc, "Untitled", NewMode(mode));
-    QCOMPARE(ConfigWriter::fileBytes(doc, FileScope::Whole), readAll(QStringLiteral(TARNWICK_TEST_DATA "/") + golden));
+    QCOMPARE(
+        ConfigWriter::fileBytes(doc, FileScope::Whole), readTestFile(QStringLiteral(TARNWICK_TEST_DATA "/") + golden));
 }
 
 void tst_ConfigWriter::keptLinesThenBindingsThenSettings()
 {
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     QVERIFY(readBytes(doc, "bind UPARROW \"+forward\"\r\nseta zz 1\r\nset r_mode 4\r\nset aa \"x y\"\r\n"));
     const QStringList lines = wholeFileLines(doc);
     QCOMPARE(lines.mid(0, 5),
@@ -77,14 +76,13 @@ void tst_ConfigWriter::scopes()
     QFETCH(int, bindLines);
     QFETCH(QStringList, firstSettings);
     QFETCH(int, settings);
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     QVERIFY(readBytes(doc, "seta unknown 1\r\nbind w \"+forward\"\r\nbind MOUSE1 \"+attack\"\r\n"));
     // A partial file is written from the current state, disabled boxes and all.
     QTemporaryDir dir;
     const QString path = dir.filePath("part");
     QVERIFY(WriteCfgFile(doc, path, FileScope(scope)));
-    QString text = QString::fromLatin1(readAll(path));
+    QString text = QString::fromLatin1(readTestFile(path));
     QVERIFY(text.endsWith("\r\n"));
     text.chop(2);
     const QStringList lines = text.split("\r\n");
@@ -105,46 +103,32 @@ void tst_ConfigWriter::values_data()
     QTest::addColumn<QString>("setting");
     QTest::addColumn<QString>("expected");
 
-    QTest::newRow("sensitivity always one decimal") << "sldMsSen" << 0 << QVariant(90) << "sensitivity"
-                                                    << "9.0";
-    QTest::newRow("sensitivity tenths") << "sldMsSen" << 0 << QVariant(105) << "sensitivity"
-                                        << "10.5";
-    QTest::newRow("tenths shortest") << "sldEVol" << 0 << QVariant(7) << "s_volume"
-                                     << "0.7";
-    QTest::newRow("tenths whole") << "sldEVol" << 0 << QVariant(10) << "s_volume"
-                                  << "1";
-    QTest::newRow("tenths zero") << "sldEVol" << 0 << QVariant(0) << "s_volume"
-                                 << "0";
-    QTest::newRow("gamma") << "sldGamma" << 0 << QVariant(13) << "r_gamma"
-                           << "1.3";
-    QTest::newRow("inverted box checked") << "chkDelta" << 0 << QVariant(1) << "cl_nodelta"
-                                          << "0";
-    QTest::newRow("texture mode") << "cbTexMode" << 0 << QVariant(4) << "r_texturemode"
-                                  << "GL_LINEAR_MIPMAP_LINEAR";
-    QTest::newRow("item value") << "cbNetCon" << 0 << QVariant(2) << "rate"
-                                << "4000";
-    QTest::newRow("sample rate") << "cbKHZ" << 0 << QVariant(1) << "s_khz"
-                                 << "22";
-    QTest::newRow("bits") << "cbClrs" << 0 << QVariant(1) << "r_colorbits"
-                          << "16";
-    QTest::newRow("option pair") << "optLighting" << 0 << QVariant(1) << "r_lightmap"
-                                 << "1";
-    QTest::newRow("number field, letters after") << "txtFOV" << 0 << QVariant("90abc") << "cg_fov"
-                                                 << "90";
-    QTest::newRow("number field, empty") << "txtFOV" << 0 << QVariant("") << "cg_fov"
-                                         << "0";
-    QTest::newRow("number field, fraction") << "txtFOV" << 0 << QVariant(" 1.5") << "cg_fov"
-                                            << "1.5";
-    QTest::newRow("trimmed field keeps text") << "txtMaxPackSize" << 0 << QVariant(" 3x ") << "cl_maxpackets"
-                                              << "3x";
-    QTest::newRow("name untrimmed") << "txtName" << 0 << QVariant(" A ") << "name"
-                                    << " A ";
-    QTest::newRow("model trimmed") << "cmdModel" << 0 << QVariant(" sarge/red ") << "model"
-                                   << "sarge/red";
-    QTest::newRow("award text as typed") << "txtAwards" << 2 << QVariant("07") << "g_spAwards"
-                                         << "\\a1\\0\\a2\\0\\a3\\07\\a4\\0\\a5\\0\\a6\\0";
-    QTest::newRow("tier") << "chkTiers" << 7 << QVariant(1) << "g_spVideos"
-                          << "\\tier1\\0\\tier2\\0\\tier3\\0\\tier4\\0\\tier5\\0\\tier6\\0\\tier7\\0\\tier8\\1";
+    const auto row = [](const char *tag, const char *control, int index, const QVariant &state, const char *setting,
+                         const char *expected) {
+        QTest::newRow(tag) << QString::fromLatin1(control) << index << state << QString::fromLatin1(setting)
+                           << QString::fromLatin1(expected);
+    };
+    row("sensitivity always one decimal", "sldMsSen", 0, 90, "sensitivity", "9.0");
+    row("sensitivity tenths", "sldMsSen", 0, 105, "sensitivity", "10.5");
+    row("tenths shortest", "sldEVol", 0, 7, "s_volume", "0.7");
+    row("tenths whole", "sldEVol", 0, 10, "s_volume", "1");
+    row("tenths zero", "sldEVol", 0, 0, "s_volume", "0");
+    row("gamma", "sldGamma", 0, 13, "r_gamma", "1.3");
+    row("inverted box checked", "chkDelta", 0, 1, "cl_nodelta", "0");
+    row("texture mode", "cbTexMode", 0, 4, "r_texturemode", "GL_LINEAR_MIPMAP_LINEAR");
+    row("item value", "cbNetCon", 0, 2, "rate", "4000");
+    row("sample rate", "cbKHZ", 0, 1, "s_khz", "22");
+    row("bits", "cbClrs", 0, 1, "r_colorbits", "16");
+    row("option pair", "optLighting", 0, 1, "r_lightmap", "1");
+    row("number field, letters after", "txtFOV", 0, "90abc", "cg_fov", "90");
+    row("number field, empty", "txtFOV", 0, "", "cg_fov", "0");
+    row("number field, fraction", "txtFOV", 0, " 1.5", "cg_fov", "1.5");
+    row("trimmed field keeps text", "txtMaxPackSize", 0, " 3x ", "cl_maxpackets", "3x");
+    row("name untrimmed", "txtName", 0, " A ", "name", " A ");
+    row("model trimmed", "cmdModel", 0, " sarge/red ", "model", "sarge/red");
+    row("award text as typed", "txtAwards", 2, "07", "g_spAwards", "\\a1\\0\\a2\\0\\a3\\07\\a4\\0\\a5\\0\\a6\\0");
+    row("tier", "chkTiers", 7, 1, "g_spVideos",
+        "\\tier1\\0\\tier2\\0\\tier3\\0\\tier4\\0\\tier5\\0\\tier6\\0\\tier7\\0\\tier8\\1");
 }
 
 void tst_ConfigWriter::values()
@@ -154,8 +138,7 @@ void tst_ConfigWriter::values()
     QFETCH(QVariant, state);
     QFETCH(QString, setting);
     QFETCH(QString, expected);
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     const int row = SettingCatalog::instance().indexOfControl(control);
     if (state.typeId() == QMetaType::QString)
         doc.setText(row, index, state.toString());
@@ -166,8 +149,7 @@ void tst_ConfigWriter::values()
 
 void tst_ConfigWriter::bindLineForms()
 {
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     ActionBindings &b = doc.bindingsForUpdate();
     b.setKey(1, KeySlot::First, "W");
     b.setKey(1, KeySlot::Second, "MOUSE2");
@@ -188,8 +170,7 @@ void tst_ConfigWriter::bindLineForms()
 void tst_ConfigWriter::wholeWriteTakesSnapshot()
 {
     QTemporaryDir dir;
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     QVERIFY(!doc.canRestore());
     doc.setText(rowOf("txtFOV"), 0, "110");
     QVERIFY(WriteCfgFile(doc, dir.filePath("part.rnr"), FileScope::Renderer));
@@ -220,9 +201,8 @@ void tst_ConfigWriter::failedWriteChangesNothing()
     QFETCH(QString, target);
     QTemporaryDir dir;
     QVERIFY(QDir(dir.path()).mkdir("folder"));
-    writeTemp(dir, "file.cfg", "original");
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    writeTestFile(dir.filePath("file.cfg"), "original");
+    StartDocument doc;
     doc.setText(rowOf("txtFOV"), 0, "110");
     QString error;
     QVERIFY(!SaveCfgFileAs(doc, dir.filePath(target), &error));
@@ -230,7 +210,7 @@ void tst_ConfigWriter::failedWriteChangesNothing()
     QVERIFY(doc.isModified() && !doc.HasFile() && !doc.canRestore());
     QCOMPARE(
         QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), (QStringList { "file.cfg", "folder" }));
-    QCOMPARE(readAll(dir.filePath("file.cfg")), QByteArray("original"));
+    QCOMPARE(readTestFile(dir.filePath("file.cfg")), QByteArray("original"));
     QVERIFY(QDir(dir.filePath("folder")).isEmpty());
 }
 

@@ -39,9 +39,6 @@ void tst_ControlRules::helpTexts_data()
         "Toggles between Window en Fullscreen mode.\r\nWarning: VooDoo 1/2/3 cards do not support window mode.");
     row("delta checked", "chkDelta", 1, true, 2, "Toggles Delta Compression");
     row("delta clear", "chkDelta", 0, true, 1, "Only disable Delta Compression if you encounter U_REMOVE");
-    row("GL extensions checked", "chkGLExt", 1, true, 2, "Enables OpenGL extensions.");
-    row("GL extensions clear", "chkGLExt", 0, true, 1,
-        "Enables OpenGL extensions.\r\nWarning: It is recommended you enable this option.");
     row("UDP clear", "chkUDP", 0, true, 2, "Enables TCP/IP network protocol.");
     row("UDP checked", "chkUDP", 1, true, 1,
         "Disables TCP/IP network protocol.\r\nThis will disable you from playing online!");

@@ -36,8 +36,7 @@ const QByteArray playerFile = "bind w \"+forward\"\r\nbind q \"+button3\"\r\nset
 void tst_Defaults::restoreOnStartState()
 {
     // The snapshot holds the start values with the eight default entries written over them.
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     QVERIFY(!doc.isModified() && !doc.HasFile() && !doc.canRestore());
     QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
     const QStringList before = wholeFileLines(doc);
@@ -48,8 +47,7 @@ void tst_Defaults::restoreOnStartState()
 
 void tst_Defaults::absentSettingsTakeTheSnapshot()
 {
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     QVERIFY(readBytes(doc, "seta cg_fov 100\r\n"));
     QCOMPARE(written(doc, "r_flares"), QStringLiteral("1"));
     QCOMPARE(written(doc, "cl_packetdup"), QStringLiteral("0"));
@@ -61,8 +59,7 @@ void tst_Defaults::absentSettingsTakeTheSnapshot()
 
 void tst_Defaults::defaultsSetKeysListsAndSnapshot()
 {
-    ConfigDocument doc;
-    StartUpDocument(doc);
+    StartDocument doc;
     QVERIFY(readBytes(doc, playerFile));
     doc.setState(rowOf("chkSun"), 0, 1);
     doc.setText(rowOf("txtName"), 0, "Player");
@@ -91,64 +88,34 @@ void tst_Defaults::defaultsSetKeysListsAndSnapshot()
 void tst_Defaults::newModes_data()
 {
     QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("forward");
-    QTest::addColumn<QString>("gesture");
-    QTest::addColumn<QString>("award1");
-    QTest::addColumn<QString>("draw2d");
-    QTest::addColumn<QString>("noprint");
-    QTest::addColumn<QString>("mode6");
-
-    // Gibs and the rest of the values survive every mode; only the named ones change.
-    QTest::newRow("keep control keys") << 0 << "W"
-                                       << "Q"
-                                       << "4"
-                                       << "1"
-                                       << "0"
-                                       << "6";
-    QTest::newRow("reset to defaults") << 1 << "W"
-                                       << ""
-                                       << "4"
-                                       << "1"
-                                       << "0"
-                                       << "3";
-    QTest::newRow("clear") << 2 << ""
-                           << ""
-                           << "0"
-                           << "0"
-                           << "1"
-                           << "6";
+    // Forward's key, the gesture's key, the first award, cg_draw2d and cg_drawfps, cl_noprint, r_mode.
+    QTest::addColumn<QStringList>("values");
+    // Gibs and the rest of the values survive every mode; only these change.
+    QTest::newRow("keep control keys") << 0 << QStringList { "W", "Q", "4", "1", "1", "0", "6" };
+    QTest::newRow("reset to defaults") << 1 << QStringList { "W", "", "4", "1", "1", "0", "3" };
+    QTest::newRow("clear") << 2 << QStringList { "", "", "0", "0", "0", "1", "6" };
 }
 
 void tst_Defaults::newModes()
 {
     QFETCH(int, mode);
-    QFETCH(QString, forward);
-    QFETCH(QString, gesture);
-    QFETCH(QString, award1);
-    QFETCH(QString, draw2d);
-    QFETCH(QString, noprint);
-    QFETCH(QString, mode6);
-
+    QFETCH(QStringList, values);
     QTemporaryDir dir;
-    ConfigDocument doc;
-    StartUpDocument(doc);
-    QVERIFY(OpenCfgFile(doc, writeTemp(dir, "player.cfg", playerFile)));
+    StartDocument doc;
+    QVERIFY(OpenCfgFile(doc, writeTestFile(dir.filePath("player.cfg"), playerFile)));
     QVERIFY(doc.HasFile() && doc.canRestore());
     doc.setState(rowOf("chkMarks"), 0, 1);
 
     NewCfg(doc, "Fresh", NewMode(mode));
     QCOMPARE(doc.displayName(), QStringLiteral("Fresh"));
     QVERIFY(!doc.HasFile() && doc.path().isEmpty() && !doc.canRestore() && !doc.isModified());
-    QCOMPARE(doc.bindings().at(1).firstKey, forward);
-    QCOMPARE(doc.bindings().at(29).firstKey, gesture);
-    QCOMPARE(doc.text(rowOf("txtAwards"), 0), award1);
-    QCOMPARE(written(doc, "cg_draw2d"), draw2d);
-    QCOMPARE(written(doc, "cg_drawfps"), draw2d);
-    QCOMPARE(written(doc, "cl_noprint"), noprint);
-    QCOMPARE(written(doc, "r_mode"), mode6);
+    QCOMPARE((QStringList { doc.bindings().at(1).firstKey, doc.bindings().at(29).firstKey,
+                 doc.text(rowOf("txtAwards"), 0), written(doc, "cg_draw2d"), written(doc, "cg_drawfps"),
+                 written(doc, "cl_noprint"), written(doc, "r_mode") }),
+        values);
     QCOMPARE(written(doc, "cg_gibs"), QStringLiteral("1"));
     QCOMPARE(written(doc, "cg_marks"), QStringLiteral("1"));
-    QCOMPARE(doc.text(rowOf("txtAwards"), 4), award1 == "4" ? QStringLiteral("2") : QStringLiteral("0"));
+    QCOMPARE(doc.text(rowOf("txtAwards"), 4), values[2] == u"4" ? QStringLiteral("2") : QStringLiteral("0"));
 }
 
 QTEST_GUILESS_MAIN(tst_Defaults)
