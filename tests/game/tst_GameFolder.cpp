@@ -1,5 +1,6 @@
 // Which folders hold the game, and the paths formed from a folder.
 #include "GameFolder.h"
+#include "TestFiles.h"
 
 #include <QDir>
 #include <QFile>
@@ -40,23 +41,18 @@ void tst_GameFolder::holdsTheGame()
     QTemporaryDir dir;
     for (const QString &folder : folders)
         QVERIFY(QDir(dir.path()).mkpath(folder));
-    for (const QString &name : files) {
-        QFile f(dir.filePath(name));
-        QVERIFY(f.open(QIODevice::WriteOnly));
-    }
+    for (const QString &name : files)
+        writeTestFile(dir.filePath(name), {});
     QCOMPARE(GameFolder::executableIn(dir.path()), found.isEmpty() ? QString() : dir.filePath(found));
     QCOMPARE(GameFolder::isValid(dir.path()), !found.isEmpty());
 }
 
 void tst_GameFolder::derivedPaths()
 {
-    QCOMPARE(GameFolder::dataFolder("/games/q3"), QStringLiteral("/games/q3/baseq3"));
     QCOMPARE(GameFolder::demoFolder("/games/q3"), QStringLiteral("/games/q3/baseq3/demos"));
     QCOMPARE(GameFolder::playerModels("/games/q3"), QStringLiteral("/games/q3/baseq3/models/players/"));
     // Formed as the folder stands: an empty one gives paths at the root.
     QCOMPARE(GameFolder::dataFolder(QString()), QStringLiteral("/baseq3"));
-    GameFolder::setPath("/games/q3");
-    QCOMPARE(GameFolder::path(), QStringLiteral("/games/q3"));
 }
 
 QTEST_GUILESS_MAIN(tst_GameFolder)

