@@ -34,10 +34,8 @@ void tst_KeyNames::qtKeyGivesCodeAndName_data()
     QTest::newRow("Ctrl+Alt+letter") << int(Qt::Key_W) << (Qt::ControlModifier | Qt::AltModifier) << 87 << "W";
     // A shifted symbol is the key it sits on.
     QTest::newRow("Shift+1") << int(Qt::Key_Exclam) << Qt::KeyboardModifiers(Qt::ShiftModifier) << 49 << "1";
-    main("Shift+0", Qt::Key_ParenRight, 48, "0");
     main("Shift+8 is not keypad star", Qt::Key_Asterisk, 56, "8");
     main("Shift alone", Qt::Key_Shift, 16, "SHIFT");
-    main("Ctrl alone", Qt::Key_Control, 17, "CTRL");
     main("Alt alone", Qt::Key_Alt, 18, "ALT");
     main("Shift+Tab", Qt::Key_Backtab, 9, "TAB");
     main("main Enter", Qt::Key_Return, 13, "ENTER");
@@ -45,14 +43,12 @@ void tst_KeyNames::qtKeyGivesCodeAndName_data()
     main("semicolon", Qt::Key_Semicolon, 186, "SEMICOLON");
     main("main plus is the equals key", Qt::Key_Plus, 187, "=");
     main("dead grave is the back-quote key", Qt::Key_Dead_Grave, 192, "`");
-    main("backslash", Qt::Key_Backslash, 220, "\\");
     main("F16", Qt::Key_F16, 127, "F16");
     main("F25", Qt::Key_F25, -1, "");
     main("Print Screen", Qt::Key_Print, -1, "");
     main("letter outside A-Z", Qt::Key_Adiaeresis, -1, "");
-    // The Windows, menu and Scroll Lock keys have no name the game knows.
+    // The Windows and Scroll Lock keys have no name the game knows.
     main("right Windows key", Qt::Key_Super_R, 92, "0x00");
-    main("menu key", Qt::Key_Menu, 93, "0x00");
     main("Scroll Lock", Qt::Key_ScrollLock, 145, "0x00");
     main("Esc cancels", Qt::Key_Escape, 27, "");
     // The keypad: Num Lock on gives the keypad codes, off the navigation keys' codes.
@@ -61,11 +57,8 @@ void tst_KeyNames::qtKeyGivesCodeAndName_data()
     pad("keypad 1 Num Lock off", Qt::Key_End, 35, "END");
     pad("keypad 5 Num Lock on", Qt::Key_5, 101, "KP_5");
     pad("keypad 5 Num Lock off", Qt::Key_Clear, 12, "KP_5");
-    pad("keypad 9 Num Lock on", Qt::Key_9, 105, "KP_PGUP");
-    pad("keypad Del Num Lock off", Qt::Key_Delete, 46, "DEL");
-    // The keypad star, slash and point share the main keys' names.
+    // The keypad star and point share the main keys' names.
     pad("keypad star", Qt::Key_Asterisk, 106, "*");
-    pad("keypad slash", Qt::Key_Slash, 111, "/");
     pad("keypad point", Qt::Key_Period, 110, ".");
     pad("keypad comma is the decimal key", Qt::Key_Comma, 110, ".");
     pad("keypad plus", Qt::Key_Plus, 107, "KP_PLUS");
