@@ -12,7 +12,7 @@ namespace TestZip {
 struct RawEntry
 {
     QByteArray name;
-    QByteArray data;
+    QByteArray data = {}; // empty unless given
     bool deflate = false;
     bool encrypted = false; // only the flag: the data stays plain
 };
