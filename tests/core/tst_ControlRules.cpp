@@ -29,24 +29,21 @@ void tst_ControlRules::helpTexts_data()
     QTest::addColumn<int>("state");
     QTest::addColumn<bool>("marksOn");
     QTest::addColumn<int>("type"); // -1: no help
-    QTest::addColumn<QString>("text"); // the whole text when it has two lines, else its start
+    QTest::addColumn<QString>("part"); // a part only this variant of the text holds
 
-    const auto row = [](const char *tag, const char *key, int state, bool marks, int type, const char *text) {
-        QTest::newRow(tag) << QString::fromLatin1(key) << state << marks << type << QString::fromLatin1(text);
+    const auto row = [](const char *tag, const char *key, int state, bool marks, int type, const char *part) {
+        QTest::newRow(tag) << QString::fromLatin1(key) << state << marks << type << QString::fromLatin1(part);
     };
-    row("plain", "chkBlood", 1, true, 2, "Enables the rendering of blood trails.");
-    row("full screen warns", "chkFullScr", 1, true, 0,
-        "Toggles between Window en Fullscreen mode.\r\nWarning: VooDoo 1/2/3 cards do not support window mode.");
+    row("plain", "chkBlood", 1, true, 2, "blood trails");
+    row("full screen warns", "chkFullScr", 1, true, 0, "\r\nWarning: VooDoo 1/2/3 cards do not support window mode.");
     row("delta checked", "chkDelta", 1, true, 2, "Toggles Delta Compression");
-    row("delta clear", "chkDelta", 0, true, 1, "Only disable Delta Compression if you encounter U_REMOVE");
-    row("UDP clear", "chkUDP", 0, true, 2, "Enables TCP/IP network protocol.");
-    row("UDP checked", "chkUDP", 1, true, 1,
-        "Disables TCP/IP network protocol.\r\nThis will disable you from playing online!");
-    row("ordinary shadows without marks", "cbShadows", 1, false, 1,
-        "Sets type of shadows rendering.\r\nTo enable Ordinary Shadows you must set Marks On Walls on.");
+    row("delta clear", "chkDelta", 0, true, 1, "U_REMOVE");
+    row("UDP clear", "chkUDP", 0, true, 2, "Enables TCP/IP");
+    row("UDP checked", "chkUDP", 1, true, 1, "Disables TCP/IP network protocol.\r\nThis will disable you");
+    row("ordinary shadows without marks", "cbShadows", 1, false, 1, "\r\nTo enable Ordinary Shadows you must");
     row("ordinary shadows with marks", "cbShadows", 1, true, 2, "Sets type of shadows rendering.");
     row("stencil shadows without marks", "cbShadows", 2, false, 2, "Sets type of shadows rendering.");
-    row("second option", "optLighting(1)", 1, true, 2, "Toggles rendering of lightmaps without rendering textures.");
+    row("second option", "optLighting(1)", 1, true, 2, "without rendering textures");
     row("no help", "chkCurve", 0, true, -1, "");
 }
 
@@ -56,16 +53,14 @@ void tst_ControlRules::helpTexts()
     QFETCH(int, state);
     QFETCH(bool, marksOn);
     QFETCH(int, type);
-    QFETCH(QString, text);
+    QFETCH(QString, part);
     const std::optional<HelpText> help = SettingCatalog::instance().help(key, state, marksOn);
     QCOMPARE(help.has_value(), type >= 0);
-    if (!help)
-        return;
-    QCOMPARE(help->msgType, type);
-    if (text.contains(u'\n'))
-        QCOMPARE(help->text, text);
-    else
-        QVERIFY2(help->text.startsWith(text) && !help->text.contains(u'\n'), qPrintable(help->text));
+    if (help) {
+        QCOMPARE(help->msgType, type);
+        QVERIFY2(help->text.contains(part), qPrintable(help->text));
+        QCOMPARE(help->text.contains(u'\n'), part.contains(u'\n'));
+    }
 }
 
 void tst_ControlRules::dependencies_data()
