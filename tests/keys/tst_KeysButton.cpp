@@ -38,7 +38,6 @@ protected:
 
 } // namespace
 
-Q_DECLARE_METATYPE(Keys::Half)
 Q_DECLARE_METATYPE(MouseScript)
 
 class tst_KeysButton : public QObject
@@ -48,8 +47,6 @@ class tst_KeysButton : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void halfAt_data();
-    void halfAt();
     void mouseSignals_data();
     void mouseSignals();
     void heldHalfFollowsPointer();
@@ -110,27 +107,6 @@ void tst_KeysButton::play(const MouseScript &script)
     }
 }
 
-void tst_KeysButton::halfAt_data()
-{
-    QTest::addColumn<QPoint>("pos");
-    QTest::addColumn<Keys::Half>("half");
-
-    QTest::newRow("left of split") << QPoint(85, 10) << Keys::Half::Left;
-    QTest::newRow("split line") << QPoint(86, 10) << Keys::Half::None;
-    QTest::newRow("right of split") << QPoint(87, 10) << Keys::Half::Right;
-    QTest::newRow("left edge") << QPoint(0, 10) << Keys::Half::None;
-    QTest::newRow("top edge") << QPoint(40, 0) << Keys::Half::None;
-    QTest::newRow("right edge") << QPoint(171, 10) << Keys::Half::None;
-    QTest::newRow("bottom edge") << QPoint(120, 20) << Keys::Half::None;
-}
-
-void tst_KeysButton::halfAt()
-{
-    QFETCH(QPoint, pos);
-    QFETCH(Keys::Half, half);
-    QCOMPARE(m_keys->halfAt(pos), half);
-}
-
 void tst_KeysButton::mouseSignals_data()
 {
     QTest::addColumn<MouseScript>("script");
@@ -152,6 +128,8 @@ void tst_KeysButton::mouseSignals_data()
     const MouseScript dragOutAndBack { { Press, L, left }, { Move, L, { 10, 30 } }, { Move, L, { 20, 5 } },
         { Release, L, { 20, 5 } } };
     QTest::newRow("dragged out and back") << dragOutAndBack << QStringList { "Click" };
+    QTest::newRow("pressed on the border")
+        << MouseScript { { Press, L, { 0, 10 } }, { Release, L, { 0, 10 } } } << QStringList {};
     QTest::newRow("pressed on the split line")
         << MouseScript { { Press, L, { 86, 10 } }, { Release, L, { 86, 10 } } } << QStringList {};
     QTest::newRow("right click, left half") << MouseScript { { Press, R, left }, { Release, R, left } }
