@@ -109,9 +109,9 @@ QWidget *ControlBinder::makeControl(int row, int index)
     case ControlKind::List: {
         auto *list = new QComboBox;
         list->addItems(r.entries);
-        list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        list->setMinimumContentsLength(3);
-        // A narrow list still opens wide enough for its longest entry.
+        // Never narrower than its longest entry, so the shown entry is always whole.
+        list->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+        // The open list, whose items have margins of their own, never clips an entry either.
         list->view()->setMinimumWidth(list->view()->sizeHintForColumn(0) + 8);
         list->setFixedHeight(fieldHeight);
         return list;

@@ -24,7 +24,7 @@ namespace {
             : m_binder(binder)
             , m_grid(new QGridLayout)
         {
-            m_grid->setContentsMargins(3, 1, 3, 2);
+            m_grid->setContentsMargins(2, 1, 2, 2);
             m_grid->setHorizontalSpacing(4);
             m_grid->setVerticalSpacing(1);
             m_grid->setColumnStretch(1, 1);
@@ -41,6 +41,14 @@ namespace {
             const QString control = QString::fromLatin1(name);
             m_grid->addWidget(m_binder.label(control), m_row, 0);
             m_grid->addWidget(m_binder.control(control), m_row++, 1, 1, 2);
+            return *this;
+        }
+        // Caption over the control, both across the row: for a list too wide to share its row.
+        Form &below(const char *name)
+        {
+            const QString control = QString::fromLatin1(name);
+            m_grid->addWidget(m_binder.label(control), m_row++, 0, 1, 3);
+            m_grid->addWidget(m_binder.control(control), m_row++, 0, 1, 3);
             return *this;
         }
         // Caption left, a number field, an optional unit after it.
@@ -187,8 +195,8 @@ QWidget *rendererPage(ControlBinder &b)
                              .group(QStringLiteral("Display"));
     QGroupBox *textures = Form(b)
                               .wide("cbTexDetail")
-                              .wide("cbTexQual")
-                              .wide("cbTexMode")
+                              .below("cbTexQual")
+                              .below("cbTexMode")
                               .check("chkCTex")
                               .check("chkDetTex")
                               .group(QStringLiteral("Textures"));
@@ -213,7 +221,7 @@ QWidget *rendererPage(ControlBinder &b)
                                 .group(QStringLiteral("Engine"));
     QGroupBox *detail = Form(b)
                             .wide("cbWDetail")
-                            .wide("cbShadows")
+                            .below("cbShadows")
                             .check("chkMarks")
                             .check("chkBlood")
                             .check("chkGibs")
@@ -229,7 +237,19 @@ QWidget *rendererPage(ControlBinder &b)
                             .number("txtHunkMegs")
                             .number("txtConSpeed")
                             .group(QStringLiteral("Performance"));
-    return page({ column({ display, textures }), column({ lighting, extensions }), column({ detail, memory }) });
+    // The engine's long check box and the widest list (shadows) cannot share a row of columns: the
+    // right-hand block holds two rows, each split to suit its own groups.
+    auto *right = new QVBoxLayout;
+    right->setSpacing(4);
+    for (auto pair : { std::pair { lighting, detail }, std::pair { extensions, memory } }) {
+        auto *row = new QHBoxLayout;
+        row->setSpacing(4);
+        row->addWidget(pair.first, 1);
+        row->addWidget(pair.second, 1);
+        right->addLayout(row);
+    }
+    right->addStretch(1);
+    return page({ column({ display, textures }), right });
 }
 
 QWidget *soundNetworkPage(ControlBinder &b)
