@@ -46,6 +46,7 @@ ControlPage::ControlPage(ConfigDocument &doc, ControlBinder &binder, QWidget *pa
     m_stack->addWidget(buildSubPage("picShoot", "Shoot", "lblShoot", settingsColumn(binder, { "chkWSwitch" })));
     m_stack->addWidget(buildSubPage("picLook", "Look", "lblLook", nullptr));
     m_stack->addWidget(buildSubPage("picMisc", "Misc", "lblMisc", nullptr));
+    alignKeyColumns();
     connect(&m_doc, &ConfigDocument::bindingsChanged, this, &ControlPage::showBindings);
     showBindings();
 }
@@ -55,6 +56,7 @@ QWidget *ControlPage::buildSubPage(const char *name, const char *page, const cha
     auto *sub = new QWidget;
     sub->setObjectName(QString::fromLatin1(name));
     auto *grid = new QGridLayout(sub);
+    m_grids.append(grid);
     grid->setContentsMargins(8, 4, 8, 4);
     grid->setHorizontalSpacing(12);
     grid->setVerticalSpacing(rowGap);
@@ -68,6 +70,7 @@ QWidget *ControlPage::buildSubPage(const char *name, const char *page, const cha
         auto *label = new QLabel(ActionTable::caption(action));
         label->setObjectName(QString::fromLatin1(labels) + u'_' + QString::number(row - 1));
         label->setFixedHeight(rowHeight);
+        m_captions.append(label);
         grid->addWidget(label, row, 0);
 
         auto *keys = new Keys;
@@ -112,6 +115,17 @@ int ControlPage::currentSubPage() const
     return m_stack->currentIndex();
 }
 
+void ControlPage::alignKeyColumns()
+{
+    // The key buttons stand in one column on every sub-page: each page's captions take the width of the
+    // widest caption of all four.
+    int widest = 0;
+    for (const QLabel *caption : std::as_const(m_captions))
+        widest = std::max(widest, caption->sizeHint().width());
+    for (QGridLayout *grid : std::as_const(m_grids))
+        grid->setColumnMinimumWidth(0, widest);
+}
+
 void ControlPage::showBindings()
 {
     for (int action = 0; action < ActionTable::Count; ++action) {
@@ -127,6 +141,8 @@ void ControlPage::changeEvent(QEvent *event)
     if (event->type() == QEvent::PaletteChange) {
         for (Keys *keys : m_keys)
             keys->setForeColor(palette().color(QPalette::Highlight));
+    } else if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        alignKeyColumns(); // the captions' widths follow the font
     }
     QWidget::changeEvent(event);
 }

@@ -10,6 +10,8 @@
 class ConfigDocument;
 class ControlBinder;
 class Keys;
+class QGridLayout;
+class QLabel;
 class QStackedLayout;
 
 class ControlPage : public QWidget
@@ -31,10 +33,13 @@ protected:
 
 private:
     QWidget *buildSubPage(const char *name, const char *page, const char *labels, QWidget *settings);
+    void alignKeyColumns();
     void showBindings();
     void defineKey(int action, KeySlot slot);
 
     ConfigDocument &m_doc;
     QStackedLayout *m_stack;
+    QList<QGridLayout *> m_grids;
+    QList<QLabel *> m_captions;
     std::array<Keys *, ActionTable::Count> m_keys {};
 };
