@@ -51,15 +51,18 @@ namespace {
             m_grid->addWidget(m_binder.control(control), m_row++, 0, 1, 3);
             return *this;
         }
-        // Caption left, a number field, an optional unit after it.
+        // Caption left, a number field, an optional unit right after the field.
         Form &number(const char *name, const char *unit = nullptr)
         {
             const QString control = QString::fromLatin1(name);
             m_grid->addWidget(m_binder.label(control), m_row, 0);
-            m_grid->addWidget(numberField(control), m_row, 1, Qt::AlignLeft);
+            auto *row = new QHBoxLayout;
+            row->setSpacing(4);
+            row->addWidget(numberField(control));
             if (unit)
-                m_grid->addWidget(new QLabel(QString::fromLatin1(unit)), m_row, 2);
-            ++m_row;
+                row->addWidget(new QLabel(QString::fromLatin1(unit)));
+            row->addStretch(1);
+            m_grid->addLayout(row, m_row++, 1, 1, 2);
             return *this;
         }
         // A number field with its caption after it, as the railgun rows read.

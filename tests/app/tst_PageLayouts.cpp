@@ -1,5 +1,5 @@
 // What a player sees of the pages at the window's opening size: whole list entries, one key column on
-// every Control sub-page.
+// every Control sub-page, units beside their fields.
 #include "AppFont.h"
 #include "ControlPage.h"
 #include "Keys.h"
@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QStyleOptionComboBox>
 #include <QTest>
 
@@ -22,8 +23,17 @@ private Q_SLOTS:
     void listsShowTheirLongestEntry();
     void keyButtonsShareOneColumn_data();
     void keyButtonsShareOneColumn();
+    void unitsFollowTheirFields_data();
+    void unitsFollowTheirFields();
 
 private:
+    template <typename T> T *find(const QString &name) const
+    {
+        T *widget = m_window->findChild<T *>(name);
+        if (!widget)
+            qFatal("no widget %s", qPrintable(name));
+        return widget;
+    }
     void showPage(int page, int sub = 0) const;
 
     frmMain *m_window = nullptr;
@@ -136,6 +146,38 @@ void tst_PageLayouts::keyButtonsShareOneColumn()
             qPrintable(
                 QStringLiteral("heading centred at %1, keys at %2").arg(headingCentre).arg(keysAt.center().x())));
     }
+}
+
+void tst_PageLayouts::unitsFollowTheirFields_data()
+{
+    QTest::addColumn<int>("page");
+    QTest::addColumn<QString>("field");
+    QTest::addColumn<QString>("unit");
+    QTest::newRow("force respawn") << 0 << "txtForce"
+                                   << "sec";
+    QTest::newRow("message time") << 5 << "txtNTime"
+                                  << "sec";
+}
+
+void tst_PageLayouts::unitsFollowTheirFields()
+{
+    QFETCH(int, page);
+    QFETCH(QString, field);
+    QFETCH(QString, unit);
+
+    showPage(page);
+    auto *edit = find<QLineEdit>(field);
+    const QRect fieldAt(edit->mapTo(m_window, QPoint(0, 0)), edit->size());
+    // The unit is the label of that text on the field's row.
+    const QLabel *label = nullptr;
+    for (const QLabel *candidate : m_window->findChildren<QLabel *>()) {
+        if (candidate->isVisible() && candidate->text() == unit
+            && qAbs(candidate->mapTo(m_window, candidate->rect().center()).y() - fieldAt.center().y()) <= 2)
+            label = candidate;
+    }
+    QVERIFY(label);
+    const int gap = label->mapTo(m_window, QPoint(0, 0)).x() - fieldAt.right();
+    QVERIFY2(gap > 0 && gap <= 10, qPrintable(QStringLiteral("the unit begins %1 px after its field").arg(gap)));
 }
 
 QTEST_MAIN(tst_PageLayouts)
