@@ -106,6 +106,22 @@ QString safeRelativePath(const QString &name)
     return parts.join(u'/');
 }
 
+// Whether a symbolic link (a dangling one too) or a junction stands anywhere on `relative` below `root`: any
+// of its folders that exists, or the file itself. Nothing is written through one, so nothing lands elsewhere.
+bool meetsLink(const QString &root, const QString &relative)
+{
+    QString path = root;
+    for (const QString &part : relative.split(u'/')) {
+        path += u'/' + part;
+        const QFileInfo info(path);
+        if (info.isSymbolicLink() || info.isJunction())
+            return true;
+        if (!info.exists())
+            return false; // nothing deeper exists yet
+    }
+    return false;
+}
+
 } // namespace
 
 void cUnzip::setZipFile(const QString &path)
@@ -216,8 +232,7 @@ bool cUnzip::Unzip(QString *error)
         problems.append(QStringLiteral("Can't create the folder \"%1\"").arg(UnzipFolder));
         return finish();
     }
-    // Symbolic links in the folder could still lead outside it; every file's folder must lie below this.
-    const QString rootPath = QFileInfo(root.absolutePath()).canonicalFilePath();
+    const QString rootPath = root.absolutePath();
 
     QByteArray buffer(64 * 1024, Qt::Uninitialized);
     for (qsizetype k = 0; k < m_entries.size(); ++k) {
@@ -234,17 +249,17 @@ bool cUnzip::Unzip(QString *error)
                     : QStringLiteral("%1: no longer in the archive").arg(name));
             continue;
         }
+        // Checked before anything of the entry is made: mkpath and QSaveFile would both follow a link.
+        if (meetsLink(rootPath, relative)) {
+            problems.append(
+                QStringLiteral("%1: refused, its path below \"%2\" meets a symbolic link").arg(name, UnzipFolder));
+            continue;
+        }
         const QString target = root.absoluteFilePath(relative);
-        const QFileInfo targetInfo(target);
-        if (targetInfo.exists() && !OverwriteExisting)
+        if (QFileInfo::exists(target) && !OverwriteExisting)
             continue;
         if (!root.mkpath(QFileInfo(relative).path())) {
             problems.append(QStringLiteral("%1: can't create its folder").arg(name));
-            continue;
-        }
-        const QString folder = QFileInfo(targetInfo.absolutePath()).canonicalFilePath();
-        if (folder != rootPath && !folder.startsWith(rootPath + u'/')) {
-            problems.append(QStringLiteral("%1: refused, its folder leads outside \"%2\"").arg(name, UnzipFolder));
             continue;
         }
 

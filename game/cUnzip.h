@@ -52,9 +52,10 @@ public:
     /// Extracts the selected entries into UnzipFolder, always keeping their folders (created as needed,
     /// whatever UseFolderNames says); the list is read first when it is empty. An existing file is replaced
     /// only with OverwriteExisting, else kept as it is, which is no failure. An entry that would land outside
-    /// UnzipFolder (a "..", an absolute path, a drive letter, a folder that is a link to elsewhere) is
-    /// refused. Every refused or failed entry gets one line "NAME: reason" in *error; false when nothing
-    /// could be done or anything was refused or failed.
+    /// UnzipFolder (a "..", an absolute path, a drive letter) is refused, and so is one whose path meets a
+    /// symbolic link below UnzipFolder (a folder or the file itself, dangling or not): nothing is created
+    /// for it and nothing is written through a link. Every refused or failed entry gets one line
+    /// "NAME: reason" in *error; false when nothing could be done or anything was refused or failed.
     bool Unzip(QString *error = nullptr);
     /// The version of the zip library behind the reader.
     static QString GetVersion();

@@ -42,6 +42,8 @@ private Q_SLOTS:
     void unreadableArchive_data();
     void unreadableArchive();
     void unzipStaysInsideItsFolder();
+    void unzipNeverFollowsLinks_data();
+    void unzipNeverFollowsLinks();
     void unzipKeepsOrReplaces();
 
 private:
@@ -193,6 +195,41 @@ void tst_cUnzip::unzipStaysInsideItsFolder()
     QCOMPARE(lines.size(), 7);
     const QStringList refused { "../escape.txt", "/abs.txt", "C:evil.txt", "maps/../../up.txt", "\\back.txt",
         "link/through.txt", "locked.cfg" };
+    for (int i = 0; i < refused.size(); ++i)
+        QVERIFY2(lines[i].startsWith(refused[i] + u':'), qPrintable(lines[i]));
+}
+
+void tst_cUnzip::unzipNeverFollowsLinks_data()
+{
+    QTest::addColumn<bool>("overwrite");
+    QTest::newRow("keeping existing files") << false;
+    QTest::newRow("replacing existing files") << true;
+}
+
+void tst_cUnzip::unzipNeverFollowsLinks()
+{
+    QFETCH(bool, overwrite);
+    QTemporaryDir dir;
+    const QString out = dir.filePath(QStringLiteral("out")), outside = dir.filePath(QStringLiteral("outside"));
+    QVERIFY(QDir().mkpath(out + QStringLiteral("/maps")) && QDir().mkpath(outside));
+    writeTestFile(outside + QStringLiteral("/target.cfg"), "theirs");
+    QVERIFY(QFile::link(outside, out + QStringLiteral("/maps/link")));
+    QVERIFY(QFile::link(outside + QStringLiteral("/target.cfg"), out + QStringLiteral("/file.cfg")));
+    QVERIFY(QFile::link(outside + QStringLiteral("/new.cfg"), out + QStringLiteral("/dangling.cfg")));
+    cUnzip zip;
+    zip.setZipFile(archive(named({ "maps/link/sub/deep.cfg", "file.cfg", "dangling.cfg", "maps/ok.cfg" })));
+    zip.UnzipFolder = out;
+    zip.OverwriteExisting = overwrite;
+    QString error;
+    QVERIFY(!zip.Unzip(&error));
+
+    QCOMPARE(readFile(out + QStringLiteral("/maps/ok.cfg")), QByteArray("data of maps/ok.cfg"));
+    QCOMPARE(QDir(outside).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList { "target.cfg" });
+    QCOMPARE(readFile(outside + QStringLiteral("/target.cfg")), QByteArray("theirs"));
+    QVERIFY(QFileInfo(out + QStringLiteral("/file.cfg")).isSymLink());
+    const QStringList lines = error.split(u'\n');
+    const QStringList refused { "maps/link/sub/deep.cfg", "file.cfg", "dangling.cfg" };
+    QCOMPARE(lines.size(), refused.size());
     for (int i = 0; i < refused.size(); ++i)
         QVERIFY2(lines[i].startsWith(refused[i] + u':'), qPrintable(lines[i]));
 }
