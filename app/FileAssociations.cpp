@@ -101,18 +101,6 @@ QString execArgument(const QString &program)
     return arg;
 }
 
-// The first common text editor on PATH, else whatever the desktop opens the file with.
-QString editCommand()
-{
-    static const char *const editors[]
-        = { "gnome-text-editor", "gedit", "kate", "kwrite", "mousepad", "pluma", "xed", "featherpad", "leafpad" };
-    for (const char *editor : editors) {
-        if (!QStandardPaths::findExecutable(QLatin1String(editor)).isEmpty())
-            return QLatin1String(editor) + QStringLiteral(" %f");
-    }
-    return QStringLiteral("xdg-open %f");
-}
-
 QByteArray desktopEntry(const QString &exePath)
 {
     QStringList mimeTypes;
@@ -130,11 +118,6 @@ QByteArray desktopEntry(const QString &exePath)
         QStringLiteral("Terminal=false"),
         QStringLiteral("Categories=Game;Settings;"),
         QStringLiteral("MimeType=") + mimeTypes.join(u';') + u';',
-        QStringLiteral("Actions=Edit;"),
-        QString(),
-        QStringLiteral("[Desktop Action Edit]"),
-        QStringLiteral("Name=Edit"),
-        QStringLiteral("Exec=") + editCommand(),
     };
     return (lines.join(u'\n') + u'\n').toUtf8();
 }

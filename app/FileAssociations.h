@@ -40,7 +40,7 @@ QString registerAll(const QString &exePath);
 /// (normally ~/.config):
 ///  - `dataHome`/mime/packages/tarnwick.xml declares the four partial settings types (configuration files are left to
 ///    whatever the system calls them, usually text/plain);
-///  - `dataHome`/applications/tarnwick.desktop opens files in `exePath` and offers an Edit action in a text editor;
+///  - `dataHome`/applications/tarnwick.desktop opens files in `exePath` (a text editor is the desktop's Open With);
 ///  - `configHome`/mimeapps.list makes Tarnwick the default for the four types the user has no default for yet,
 ///    leaving everything else in it as it was;
 ///  - the desktop's caches are refreshed in the background when they are older than the files and the tools exist.
