@@ -2,13 +2,19 @@
 
 #include "WholeFile.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImage>
+#include <QPainter>
 #include <QProcess>
 #include <QSet>
 #include <QStandardPaths>
+#include <QSvgRenderer>
 #include <QXmlStreamWriter>
+
+#include <algorithm>
 
 #ifdef Q_OS_WIN
 #include <QSettings>
@@ -17,29 +23,14 @@
 namespace {
 
 const QString desktopId = QStringLiteral("tarnwick.desktop");
+const QString appIcon = QStringLiteral("tarnwick");
+const int pngSizes[] = { 16, 32, 48, 64, 128, 256 };
 
-// The partial settings files get MIME types of their own; configuration files keep whatever the system calls them.
-QString mimeTypeOf(const QString &extension)
+// The theme's name for a type's icon: the type with "-" for "/", the name desktops look for when the package
+// names none.
+QString iconNameOf(const FileAssociations::FileType &type)
 {
-    if (extension == u"CTR")
-        return QStringLiteral("application/x-tarnwick-controls");
-    if (extension == u"RNR")
-        return QStringLiteral("application/x-tarnwick-renderer");
-    if (extension == u"HUD")
-        return QStringLiteral("application/x-tarnwick-hud");
-    if (extension == u"RLG")
-        return QStringLiteral("application/x-tarnwick-railgun");
-    return QString();
-}
-
-QList<const FileAssociations::FileType *> ownMimeTypes()
-{
-    QList<const FileAssociations::FileType *> own;
-    for (const FileAssociations::FileType &type : FileAssociations::types()) {
-        if (!mimeTypeOf(type.extension).isEmpty())
-            own.append(&type);
-    }
-    return own;
+    return QString(type.mimeType).replace(u'/', u'-');
 }
 
 // Writes `bytes` to `path` unless it already holds exactly them; "" or what went wrong.
@@ -66,16 +57,21 @@ QByteArray mimePackage()
     xml.writeStartDocument();
     xml.writeStartElement(QStringLiteral("mime-info"));
     xml.writeDefaultNamespace(QStringLiteral("http://www.freedesktop.org/standards/shared-mime-info"));
-    for (const FileAssociations::FileType *type : ownMimeTypes()) {
+    for (const FileAssociations::FileType &type : FileAssociations::types()) {
         xml.writeStartElement(QStringLiteral("mime-type"));
-        xml.writeAttribute(QStringLiteral("type"), mimeTypeOf(type->extension));
-        xml.writeTextElement(QStringLiteral("comment"), type->description);
+        xml.writeAttribute(QStringLiteral("type"), type.mimeType);
+        xml.writeTextElement(QStringLiteral("comment"), type.description);
         xml.writeEmptyElement(QStringLiteral("sub-class-of"));
         xml.writeAttribute(QStringLiteral("type"), QStringLiteral("text/plain"));
+        xml.writeEmptyElement(QStringLiteral("icon"));
+        xml.writeAttribute(QStringLiteral("name"), iconNameOf(type));
         xml.writeEmptyElement(QStringLiteral("generic-icon"));
         xml.writeAttribute(QStringLiteral("name"), QStringLiteral("text-x-generic"));
         xml.writeEmptyElement(QStringLiteral("glob"));
-        xml.writeAttribute(QStringLiteral("pattern"), QStringLiteral("*.") + type->extension.toLower());
+        xml.writeAttribute(QStringLiteral("pattern"), QStringLiteral("*.") + type.extension.toLower());
+        // Other programs read *.cfg files too: a type of theirs for them (weight 50) wins over ours.
+        if (!type.partial)
+            xml.writeAttribute(QStringLiteral("weight"), QStringLiteral("30"));
         xml.writeEndElement();
     }
     xml.writeEndDocument();
@@ -104,9 +100,8 @@ QString execArgument(const QString &program)
 QByteArray desktopEntry(const QString &exePath)
 {
     QStringList mimeTypes;
-    for (const FileAssociations::FileType *type : ownMimeTypes())
-        mimeTypes.append(mimeTypeOf(type->extension));
-    mimeTypes.append(QStringLiteral("text/plain")); // listed under "Open With" for configuration files, not default
+    for (const FileAssociations::FileType &type : FileAssociations::types())
+        mimeTypes.append(type.mimeType);
     const QStringList lines {
         QStringLiteral("[Desktop Entry]"),
         QStringLiteral("Type=Application"),
@@ -114,12 +109,54 @@ QByteArray desktopEntry(const QString &exePath)
         QStringLiteral("GenericName=Game Configuration Editor"),
         QStringLiteral("Comment=Edit Quake III Arena configuration files"),
         QStringLiteral("Exec=") + execArgument(QFileInfo(exePath).absoluteFilePath()) + QStringLiteral(" %f"),
-        QStringLiteral("Icon=applications-games"),
+        QStringLiteral("Icon=") + appIcon,
         QStringLiteral("Terminal=false"),
         QStringLiteral("Categories=Game;Settings;"),
         QStringLiteral("MimeType=") + mimeTypes.join(u';') + u';',
     };
     return (lines.join(u'\n') + u'\n').toUtf8();
+}
+
+// A square PNG of `size` pixels drawn from `svg`.
+QByteArray pngOf(QSvgRenderer &svg, int size)
+{
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    svg.render(&painter);
+    painter.end();
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    image.save(&buffer, "PNG");
+    return bytes;
+}
+
+// The picture `picture` as the icon `name` of `context` ("apps", "mimetypes") in the hicolor theme under
+// `themeFolder`: a PNG drawn from the SVG in each usual size, then the SVG as it is. The SVG goes last, so while
+// it is unchanged and every PNG is there, the PNGs were drawn from it and are not drawn again. "" or what went wrong.
+QString installIcon(const QString &themeFolder, const QString &context, const QString &name, const QString &picture)
+{
+    QFile source(QStringLiteral(":/icons/") + picture + QStringLiteral(".svg"));
+    if (!source.open(QIODevice::ReadOnly))
+        return QStringLiteral("The icon \"%1\" is missing from the program").arg(picture);
+    const QByteArray svgBytes = source.readAll();
+    const QString svgPath = QStringLiteral("%1/scalable/%2/%3.svg").arg(themeFolder, context, name);
+    QStringList pngPaths;
+    for (const int size : pngSizes)
+        pngPaths.append(QStringLiteral("%1/%2x%2/%3/%4.png").arg(themeFolder).arg(size).arg(context, name));
+
+    QFile installed(svgPath);
+    if (installed.open(QIODevice::ReadOnly) && installed.readAll() == svgBytes
+        && std::all_of(pngPaths.cbegin(), pngPaths.cend(), [](const QString &path) { return QFile::exists(path); }))
+        return QString();
+    QSvgRenderer svg(svgBytes);
+    for (qsizetype i = 0; i < pngPaths.size(); ++i) {
+        const QString error = writeIfChanged(pngPaths[i], pngOf(svg, pngSizes[i]));
+        if (!error.isEmpty())
+            return error;
+    }
+    return writeIfChanged(svgPath, svgBytes);
 }
 
 // `original` with a default line added to the [Default Applications] section for each of `mimeTypes` that has none
@@ -197,13 +234,19 @@ namespace FileAssociations {
 const QList<FileType> &types()
 {
     static const QList<FileType> list {
-        { QStringLiteral("CFG"), QStringLiteral("Tarnwick.CFGFile"), QStringLiteral("Tarnwick Configuration File"), 0 },
+        { QStringLiteral("CFG"), QStringLiteral("Tarnwick.CFGFile"), QStringLiteral("Tarnwick Configuration File"), 0,
+            QStringLiteral("application/x-tarnwick-cfg"), QStringLiteral("configuration"), false },
         { QStringLiteral("CONFIG"), QStringLiteral("Tarnwick.CONFIGFile"),
-            QStringLiteral("Tarnwick Configuration File"), 0 },
-        { QStringLiteral("CTR"), QStringLiteral("Tarnwick.CTRFile"), QStringLiteral("Tarnwick Controls File"), 1 },
-        { QStringLiteral("RNR"), QStringLiteral("Tarnwick.RNRFile"), QStringLiteral("Tarnwick Renderer File"), 2 },
-        { QStringLiteral("HUD"), QStringLiteral("Tarnwick.HUDFile"), QStringLiteral("Tarnwick HUD File"), 3 },
-        { QStringLiteral("RLG"), QStringLiteral("Tarnwick.RLGFile"), QStringLiteral("Tarnwick Railgun File"), 4 },
+            QStringLiteral("Tarnwick Configuration File"), 0, QStringLiteral("application/x-tarnwick-config"),
+            QStringLiteral("configuration"), false },
+        { QStringLiteral("CTR"), QStringLiteral("Tarnwick.CTRFile"), QStringLiteral("Tarnwick Controls File"), 1,
+            QStringLiteral("application/x-tarnwick-controls"), QStringLiteral("controls"), true },
+        { QStringLiteral("RNR"), QStringLiteral("Tarnwick.RNRFile"), QStringLiteral("Tarnwick Renderer File"), 2,
+            QStringLiteral("application/x-tarnwick-renderer"), QStringLiteral("renderer"), true },
+        { QStringLiteral("HUD"), QStringLiteral("Tarnwick.HUDFile"), QStringLiteral("Tarnwick HUD File"), 3,
+            QStringLiteral("application/x-tarnwick-hud"), QStringLiteral("hud"), true },
+        { QStringLiteral("RLG"), QStringLiteral("Tarnwick.RLGFile"), QStringLiteral("Tarnwick Railgun File"), 4,
+            QStringLiteral("application/x-tarnwick-railgun"), QStringLiteral("railgun"), true },
     };
     return list;
 }
@@ -285,12 +328,18 @@ QString registerFreedesktop(const QString &exePath, const QString &dataHome, con
     const QString mimeFolder = dataHome + QStringLiteral("/mime");
     const QString packagePath = mimeFolder + QStringLiteral("/packages/tarnwick.xml");
     QString error = writeIfChanged(packagePath, mimePackage());
-    if (!error.isEmpty())
-        return error;
+    const QString themeFolder = dataHome + QStringLiteral("/icons/hicolor");
+    if (error.isEmpty())
+        error = installIcon(themeFolder, QStringLiteral("apps"), appIcon, appIcon);
+    for (const FileType &type : types()) {
+        if (error.isEmpty())
+            error = installIcon(themeFolder, QStringLiteral("mimetypes"), iconNameOf(type), type.picture);
+    }
 
     const QString applicationsFolder = dataHome + QStringLiteral("/applications");
     const QString entryPath = applicationsFolder + u'/' + desktopId;
-    error = writeIfChanged(entryPath, desktopEntry(exePath));
+    if (error.isEmpty())
+        error = writeIfChanged(entryPath, desktopEntry(exePath));
     if (!error.isEmpty())
         return error;
 
@@ -305,10 +354,12 @@ QString registerFreedesktop(const QString &exePath, const QString &dataHome, con
         original = list.readAll();
         list.close();
     }
-    QStringList mimeTypes;
-    for (const FileType *type : ownMimeTypes())
-        mimeTypes.append(mimeTypeOf(type->extension));
-    error = writeIfChanged(listPath, withDefaults(original, mimeTypes));
+    QStringList partialTypes;
+    for (const FileType &type : types()) {
+        if (type.partial)
+            partialTypes.append(type.mimeType);
+    }
+    error = writeIfChanged(listPath, withDefaults(original, partialTypes));
     if (!error.isEmpty())
         return error;
 

@@ -14,6 +14,9 @@ struct FileType
     QString progId;
     QString description;
     int iconIndex;
+    QString mimeType; // Tarnwick's own freedesktop type for the extension
+    QString picture; // the files' icon, ":/icons/" + picture + ".svg"
+    bool partial; // a partial settings file: Tarnwick becomes its default where the user has none
 };
 
 /// CFG, CONFIG, CTR, RNR, HUD, RLG, in that order.
@@ -38,11 +41,13 @@ QString registerAll(const QString &exePath);
 
 /// The freedesktop way, in the user's data folder `dataHome` (normally ~/.local/share) and config folder `configHome`
 /// (normally ~/.config):
-///  - `dataHome`/mime/packages/tarnwick.xml declares the four partial settings types (configuration files are left to
-///    whatever the system calls them, usually text/plain);
-///  - `dataHome`/applications/tarnwick.desktop opens files in `exePath` (a text editor is the desktop's Open With);
-///  - `configHome`/mimeapps.list makes Tarnwick the default for the four types the user has no default for yet,
-///    leaving everything else in it as it was;
+///  - `dataHome`/mime/packages/tarnwick.xml declares a type of Tarnwick's own for each extension, a sub-class of
+///    text/plain with its icon; the configuration files' globs weigh less than the usual 50, so another program's
+///    type for *.cfg still wins;
+///  - `dataHome`/icons/hicolor holds the program's icon and the types' icons, as SVG and as PNG in the usual sizes;
+///  - `dataHome`/applications/tarnwick.desktop opens the six types in `exePath` (never text/plain);
+///  - `configHome`/mimeapps.list makes Tarnwick the default for the four partial types the user has no default for
+///    yet, leaving everything else in it as it was (configuration files get none);
 ///  - the desktop's caches are refreshed in the background when they are older than the files and the tools exist.
 /// A file is written only when its content changes. Stops at the first file that can't be written and returns one
 /// line naming it; "" on success.

@@ -1,6 +1,7 @@
 // tarnwick: the window program. One copy runs per user: a later copy hands its command line to the first
 // and ends without a window.
 #include "AppFont.h"
+#include "AppIcon.h"
 #include "CommandLine.h"
 #include "Program.h"
 #include "ProgramSettings.h"
@@ -18,6 +19,7 @@ int main(int argc, char **argv)
         qputenv("TZ", ":/etc/localtime");
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
+    QApplication::setWindowIcon(AppIcon::icon());
     const QString commandLine = CommandLine::joinArguments(QApplication::arguments());
 
     SingleInstance instance;

@@ -11,7 +11,7 @@ TARNWICK_ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)"
 
 TARNWICK_DEPS=(
     g++ cmake ninja-build pkg-config
-    qt6-base-dev qt6-base-dev-tools
+    qt6-base-dev qt6-base-dev-tools qt6-svg-dev
     libzip-dev zipcmp zipmerge ziptool zip unzip
     xvfb xauth xdotool imagemagick x11-apps
     clang libclang-rt-14-dev clang-format gawk

@@ -1,20 +1,18 @@
+// The file types: the registry entries Windows gets, and what a freedesktop desktop gets in temporary folders.
 #include "FileAssociations.h"
+#include "TestFiles.h"
 
 #include <QDateTime>
-#include <QFile>
+#include <QDirIterator>
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QXmlStreamReader>
+#include <QtEndian>
 
 using namespace FileAssociations;
 
 namespace {
-
-struct Row
-{
-    const char *tag, *a, *b, *c = nullptr;
-};
 
 QByteArray readAll(const QString &path)
 {
@@ -22,12 +20,13 @@ QByteArray readAll(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-void writeFile(const QString &path, const QByteArray &bytes, QFile::Permissions permissions = {})
+// The side of a square PNG; -1 for anything else.
+int pngSide(const QByteArray &bytes)
 {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-    if (permissions)
-        QVERIFY(file.setPermissions(permissions));
+    if (!bytes.startsWith("\x89PNG\r\n\x1a\n") || bytes.mid(12, 4) != "IHDR")
+        return -1;
+    const quint32 width = qFromBigEndian<quint32>(bytes.constData() + 16);
+    return width == qFromBigEndian<quint32>(bytes.constData() + 20) ? int(width) : -1;
 }
 
 } // namespace
@@ -41,107 +40,68 @@ private Q_SLOTS:
     void init()
     {
         m_path = qgetenv("PATH");
-        m_bin.reset(new QTemporaryDir);
-        qputenv("PATH", m_bin->path().toLocal8Bit());
+        qputenv("PATH", m_bin.path().toLocal8Bit());
     }
     void cleanup() { qputenv("PATH", m_path); }
 
-    void types()
-    {
-        QStringList found;
-        for (const FileType &type : FileAssociations::types())
-            found.append(
-                QStringList { type.extension, type.progId, type.description, QString::number(type.iconIndex) }.join(
-                    u'|'));
-        QCOMPARE(found,
-            QStringList({ "CFG|Tarnwick.CFGFile|Tarnwick Configuration File|0",
-                "CONFIG|Tarnwick.CONFIGFile|Tarnwick Configuration File|0",
-                "CTR|Tarnwick.CTRFile|Tarnwick Controls File|1", "RNR|Tarnwick.RNRFile|Tarnwick Renderer File|2",
-                "HUD|Tarnwick.HUDFile|Tarnwick HUD File|3", "RLG|Tarnwick.RLGFile|Tarnwick Railgun File|4" }));
-    }
-
-    void quoted_data()
-    {
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<QString>("expected");
-        const Row rows[] = { { "plain", "C:\\Games\\t.exe", "\"C:\\Games\\t.exe\"" },
-            { "blanks trimmed", "  C:\\My Games\\t.exe \t", "\"C:\\My Games\\t.exe\"" },
-            { "already quoted", " \"C:\\My Games\\t.exe\" ", "\"C:\\My Games\\t.exe\"" },
-            { "opening quote only", "\"C:\\t.exe", "\"\"C:\\t.exe\"" },
-            { "closing quote only", "C:\\t.exe\"", "\"C:\\t.exe\"\"" }, { "lone quote", "\"", "\"\"\"" } };
-        for (const Row &row : rows)
-            QTest::newRow(row.tag) << QString::fromUtf8(row.a) << QString::fromUtf8(row.b);
-    }
-    void quoted()
-    {
-        QFETCH(QString, path);
-        QTEST(FileAssociations::quoted(path), "expected");
-    }
-
-    void createEXEAssociation_data()
-    {
-        QTest::addColumn<QString>("openCaption");
-        QTest::addColumn<bool>("allowEdit");
-        QTest::addColumn<QString>("editor");
-        QTest::addColumn<QString>("editCaption");
-        QTest::addColumn<int>("iconIndex");
-        QTest::addColumn<QStringList>("entries");
-        QStringList base { ".HUD = Tarnwick.HUDFile", "Tarnwick.HUDFile = Tarnwick HUD File",
-            "Tarnwick.HUDFile\\shell\\open = &Run",
-            "Tarnwick.HUDFile\\shell\\open\\command = \"C:\\T w\\t.exe\" \"%1\"" };
-        const QString icon = "Tarnwick.HUDFile\\DefaultIcon = \"C:\\T w\\icons.dll\",";
-        const QString edit = "Tarnwick.HUDFile\\shell\\edit", run = "&Run", none;
-        QTest::newRow("open only") << run << false << "np.exe" << run << -1 << base;
-        QTest::newRow("icon") << run << false << none << none << 0 << base + QStringList { icon + "0" };
-        QTest::newRow("edit and icon") << run << true << "C:\\np.exe" << run << 3
-                                       << base
-                + QStringList { edit + " = &Run", edit + "\\command = \"C:\\np.exe\" \"%1\"", icon + "3" };
-        base[2] = "Tarnwick.HUDFile\\shell\\open = &Open";
-        QTest::newRow("empty captions and editor")
-            << none << true << none << none << -1
-            << base + QStringList { edit + " = &Edit", edit + "\\command = \"write.exe\" \"%1\"" };
-    }
     void createEXEAssociation()
     {
-        QFETCH(QString, openCaption);
-        QFETCH(bool, allowEdit);
-        QFETCH(QString, editor);
-        QFETCH(QString, editCaption);
-        QFETCH(int, iconIndex);
-        QStringList entries;
-        for (const auto &[key, value] :
-            CreateEXEAssociation(" C:\\T w\\t.exe", "C:\\T w\\icons.dll", "Tarnwick.HUDFile", "Tarnwick HUD File",
-                "HUD", openCaption, allowEdit, editor, editCaption, iconIndex))
-            entries.append(key + " = " + value);
-        QTEST(entries, "entries");
+        const auto entries = [](const QList<QPair<QString, QString>> &pairs) {
+            QStringList list;
+            for (const auto &[key, value] : pairs)
+                list.append(key + " = " + value);
+            return list;
+        };
+        const QString id = "Tarnwick.HUDFile", edit = id + "\\shell\\edit";
+        const QStringList base { ".HUD = " + id, id + " = Tarnwick HUD File", id + "\\shell\\open = &Open",
+            id + "\\shell\\open\\command = \"C:\\T w\\t.exe\" \"%1\"" };
+        QCOMPARE(entries(CreateEXEAssociation(
+                     " C:\\T w\\t.exe", "C:\\i.dll", id, "Tarnwick HUD File", "HUD", "", true, "", "", -1)),
+            base + QStringList({ edit + " = &Edit", edit + "\\command = \"write.exe\" \"%1\"" }));
+        QCOMPARE(entries(CreateEXEAssociation(
+                     "\"C:\\T w\\t.exe\"", "C:\\i.dll", id, "Tarnwick HUD File", ".HUD", "", false, "", "", 3)),
+            base + QStringList({ id + "\\DefaultIcon = \"C:\\i.dll\",3" }));
+        QCOMPARE(quoted("\"C:\\t.exe"), "\"\"C:\\t.exe\""); // a quote at one end only is part of the path
     }
 
-    void mimePackage()
+    void mimePackageAndIcons()
     {
         QTemporaryDir home;
         QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.filePath("config")), "");
         QXmlStreamReader xml(readAll(home.filePath("data/mime/packages/tarnwick.xml")));
         QVERIFY(xml.readNextStartElement() && xml.name() == u"mime-info");
-        QStringList found;
+        QStringList found, icons { "apps/tarnwick" };
         while (xml.readNextStartElement()) {
-            QStringList type { xml.name().toString(), xml.attributes().value(QLatin1String("type")).toString() };
+            QStringList type { xml.attributes().value("type").toString() };
             while (xml.readNextStartElement()) {
-                if (xml.name() == u"comment")
-                    type.append(xml.readElementText());
-                else if (xml.name() == u"sub-class-of" || xml.name() == u"glob")
-                    type.append(
-                        xml.attributes().value(QLatin1String(xml.name() == u"glob" ? "pattern" : "type")).toString());
-                if (!xml.isEndElement())
-                    xml.skipCurrentElement();
+                const QXmlStreamAttributes at = xml.attributes();
+                type.append(xml.name().toString() + u':' + at.value("type").toString() + at.value("name").toString()
+                    + at.value("pattern").toString());
+                if (!at.value("weight").isEmpty())
+                    type.append(at.value("weight").toString());
+                if (xml.name() == u"icon")
+                    icons.append("mimetypes/" + at.value("name").toString());
+                xml.skipCurrentElement();
             }
-            found.append(type.join(u'|'));
+            found.append(type.join(u' '));
         }
         QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
+        const auto row = [](const QString &kind, const QString &glob, const QString &weight) {
+            return "application/x-tarnwick-" + kind + " comment: sub-class-of:text/plain icon:application-x-tarnwick-"
+                + kind + " generic-icon:text-x-generic glob:*." + glob + weight;
+        };
         QCOMPARE(found,
-            QStringList({ "mime-type|application/x-tarnwick-controls|Tarnwick Controls File|text/plain|*.ctr",
-                "mime-type|application/x-tarnwick-renderer|Tarnwick Renderer File|text/plain|*.rnr",
-                "mime-type|application/x-tarnwick-hud|Tarnwick HUD File|text/plain|*.hud",
-                "mime-type|application/x-tarnwick-railgun|Tarnwick Railgun File|text/plain|*.rlg" }));
+            QStringList({ row("cfg", "cfg", " 30"), row("config", "config", " 30"), row("controls", "ctr", ""),
+                row("renderer", "rnr", ""), row("hud", "hud", ""), row("railgun", "rlg", "") }));
+
+        // Every icon named is in the theme, drawn in every usual size; the desktop entry shows the program's.
+        const QString theme = home.filePath("data/icons/hicolor/");
+        for (const QString &icon : icons) {
+            QVERIFY2(readAll(theme + "scalable/" + icon + ".svg").contains("<svg"), qPrintable(icon));
+            for (const int size : { 16, 32, 48, 64, 128, 256 })
+                QCOMPARE(pngSide(readAll(QStringLiteral("%1%2x%2/%3.png").arg(theme).arg(size).arg(icon))), size);
+        }
+        QVERIFY(readAll(home.filePath("data/applications/tarnwick.desktop")).contains("\nIcon=tarnwick\n"));
     }
 
     void desktopEntry_data()
@@ -162,21 +122,23 @@ private Q_SLOTS:
     {
         QFETCH(QString, exePath);
         QFETCH(QString, exec);
-        QTemporaryDir home;
-        QCOMPARE(registerFreedesktop(exePath, home.filePath("data"), home.filePath("config")), "");
-        const QString text = QString::fromUtf8(readAll(home.filePath("data/applications/tarnwick.desktop")));
+        // The rows share one home: each rewrites the entry, the rest is there already.
+        QCOMPARE(registerFreedesktop(exePath, m_home.filePath("data"), m_home.filePath("config")), "");
+        const QString text = QString::fromUtf8(readAll(m_home.filePath("data/applications/tarnwick.desktop")));
         const QStringList lines = text.split(u'\n');
         QVERIFY2(lines.first() == "[Desktop Entry]" && lines.contains("Exec=" + exec), qPrintable(text));
-        QVERIFY(lines.contains("MimeType=application/x-tarnwick-controls;application/x-tarnwick-renderer;"
-                               "application/x-tarnwick-hud;application/x-tarnwick-railgun;text/plain;"));
-        // An action opening the file "in the desktop's editor" would lead back to Tarnwick for its own types.
-        QVERIFY2(!text.contains("Action"), qPrintable(text));
+        // Only Tarnwick's own types: it is not offered for every text file, and no action leads back to it.
+        QVERIFY(lines.contains("MimeType=application/x-tarnwick-cfg;application/x-tarnwick-config;"
+                               "application/x-tarnwick-controls;application/x-tarnwick-renderer;"
+                               "application/x-tarnwick-hud;application/x-tarnwick-railgun;"));
+        QVERIFY2(!text.contains("text/plain") && !text.contains("Action"), qPrintable(text));
     }
 
     void mimeappsList_data()
     {
         QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QByteArray>("after");
+        // Only the partial files get Tarnwick as their default; configuration files are left to the user.
         const QByteArray own = "application/x-tarnwick-controls=tarnwick.desktop\n"
                                "application/x-tarnwick-renderer=tarnwick.desktop\n"
                                "application/x-tarnwick-hud=tarnwick.desktop\n"
@@ -202,13 +164,15 @@ private Q_SLOTS:
         QTemporaryDir home;
         const QString list = home.filePath("mimeapps.list");
         if (!before.isEmpty())
-            writeFile(list, before);
+            writeTestFile(list, before);
         QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.path()), "");
         QTEST(readAll(list), "after");
 
         // A second registration writes nothing: every file keeps its bytes and its (back-dated) modification time.
-        const QStringList files { list, home.filePath("data/applications/tarnwick.desktop"),
-            home.filePath("data/mime/packages/tarnwick.xml") };
+        QStringList files { list };
+        for (QDirIterator it(home.filePath("data"), QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
+            files.append(it.next());
+        QCOMPARE(files.size(), 3 + 7 * 7); // the list, the package, the entry; seven icons, each SVG and six PNGs
         const QDateTime past = QDateTime::currentDateTime().addDays(-3);
         QList<QByteArray> bytes;
         for (const QString &path : files) {
@@ -223,18 +187,33 @@ private Q_SLOTS:
         }
     }
 
-    void unwritableDataFolder()
+    void failedWriteNamed_data()
     {
+        QTest::addColumn<QString>("blocked"); // a file where a folder should be
+        QTest::addColumn<QString>("named");
+        QTest::newRow("data folder") << "data"
+                                     << "tarnwick.xml";
+        QTest::newRow("icon theme") << "data/icons"
+                                    << "tarnwick.png";
+        QTest::newRow("applications") << "data/applications"
+                                      << "tarnwick.desktop";
+    }
+    void failedWriteNamed()
+    {
+        QFETCH(QString, blocked);
+        QFETCH(QString, named);
         QTemporaryDir home;
-        writeFile(home.filePath("data"), "not a folder");
+        QVERIFY(QDir().mkpath(QFileInfo(home.filePath(blocked)).path()));
+        writeTestFile(home.filePath(blocked), "not a folder");
         const QString error = registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.filePath("config"));
-        QVERIFY2(error.contains("tarnwick.xml") && !error.contains(u'\n'), qPrintable(error));
-        QVERIFY(!QFileInfo::exists(home.filePath("config")));
+        QVERIFY2(error.contains(named) && !error.contains(u'\n'), qPrintable(error));
+        QVERIFY(!QFileInfo::exists(home.filePath("config"))); // the user's defaults wait for a good registration
     }
 
 private:
     QByteArray m_path;
-    std::unique_ptr<QTemporaryDir> m_bin;
+    QTemporaryDir m_bin;
+    QTemporaryDir m_home;
 };
 
 QTEST_GUILESS_MAIN(tst_FileAssociations)
