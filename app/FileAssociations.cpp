@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QImage>
 #include <QPainter>
 #include <QProcess>
@@ -159,41 +160,79 @@ QString installIcon(const QString &themeFolder, const QString &context, const QS
     return writeIfChanged(svgPath, svgBytes);
 }
 
-// `original` with a default line added to the [Default Applications] section for each of `mimeTypes` that has none
-// yet. Every byte already there stays; new lines go after the last entry of the first such section, which is
-// created at the end when missing.
-QByteArray withDefaults(const QByteArray &original, const QStringList &mimeTypes)
+// The [Default Applications] entries of a mimeapps.list (type in lower case -> value), and where new ones go: after
+// the last entry of the first such section; -1 when there is none.
+struct DefaultsSection
+{
+    QHash<QByteArray, QByteArray> entries;
+    qsizetype insertAt = -1;
+};
+
+DefaultsSection defaultsIn(const QByteArray &list)
 {
     const QByteArray header = "[Default Applications]";
-    QSet<QByteArray> present;
-    qsizetype insertAt = -1;
+    DefaultsSection section;
     bool inDefaults = false;
     bool inFirstDefaults = false;
-    for (qsizetype pos = 0; pos < original.size();) {
-        const qsizetype newline = original.indexOf('\n', pos);
-        const qsizetype end = newline < 0 ? original.size() : newline + 1;
-        const QByteArray line = original.mid(pos, end - pos).trimmed();
+    for (qsizetype pos = 0; pos < list.size();) {
+        const qsizetype newline = list.indexOf('\n', pos);
+        const qsizetype end = newline < 0 ? list.size() : newline + 1;
+        const QByteArray line = list.mid(pos, end - pos).trimmed();
+        const qsizetype equals = line.indexOf('=');
         if (line.startsWith('[')) {
             inDefaults = line == header;
-            inFirstDefaults = inDefaults && insertAt < 0;
+            inFirstDefaults = inDefaults && section.insertAt < 0;
             if (inFirstDefaults)
-                insertAt = end;
-        } else if (inDefaults && !line.startsWith('#') && line.indexOf('=') > 0) {
-            present.insert(line.left(line.indexOf('=')).trimmed().toLower());
+                section.insertAt = end;
+        } else if (inDefaults && !line.startsWith('#') && equals > 0) {
+            section.entries.insert(line.left(equals).trimmed().toLower(), line.mid(equals + 1).trimmed());
             if (inFirstDefaults)
-                insertAt = end;
+                section.insertAt = end;
         }
         pos = end;
     }
+    return section;
+}
 
+using Defaults = QList<QPair<QByteArray, QByteArray>>; // type, desktop ids
+
+// What the user's list should gain, given the contents of every list that names defaults, most important first:
+// Tarnwick for each partial type, and for the configuration types the applications that open text/plain (GLib would
+// otherwise prefer Tarnwick, which lists the exact type, over the user's text editor). Where no list names a
+// text/plain default, the configuration types get none. A type any list names a default for gets nothing.
+Defaults defaultsToAdd(const QList<QByteArray> &lists)
+{
+    QSet<QByteArray> present;
+    QByteArrayList textApps; // every list's text/plain default in turn, as GLib tries them
+    for (const QByteArray &list : lists) {
+        const QHash<QByteArray, QByteArray> entries = defaultsIn(list).entries;
+        for (auto it = entries.cbegin(); it != entries.cend(); ++it)
+            present.insert(it.key());
+        for (const QByteArray &id : entries.value("text/plain").split(';')) {
+            if (!id.trimmed().isEmpty() && !textApps.contains(id.trimmed()))
+                textApps.append(id.trimmed());
+        }
+    }
+    Defaults added;
+    for (const FileAssociations::FileType &type : FileAssociations::types()) {
+        const QByteArray key = type.mimeType.toUtf8();
+        if (present.contains(key.toLower()) || (!type.partial && textApps.isEmpty()))
+            continue;
+        added.append({ key, type.partial ? desktopId.toUtf8() : textApps.join(';') });
+    }
+    return added;
+}
+
+// `original` with a line added to its first [Default Applications] section for each of `defaults`. Every byte already
+// there stays; the section is created at the end when missing.
+QByteArray withDefaults(const QByteArray &original, const Defaults &defaults)
+{
+    const qsizetype insertAt = defaultsIn(original).insertAt;
     const bool crlf = insertAt > 1 && original.at(insertAt - 1) == '\n' && original.at(insertAt - 2) == '\r';
     const QByteArray eol = crlf ? "\r\n" : "\n";
     QByteArray added;
-    for (const QString &type : mimeTypes) {
-        const QByteArray key = type.toUtf8();
-        if (!present.contains(key.toLower()))
-            added += key + '=' + desktopId.toUtf8() + eol;
-    }
+    for (const auto &[type, ids] : defaults)
+        added += type + '=' + ids + eol;
     if (added.isEmpty())
         return original;
 
@@ -203,7 +242,7 @@ QByteArray withDefaults(const QByteArray &original, const QStringList &mimeTypes
             result += '\n';
         if (!result.isEmpty() && !result.endsWith("\n\n"))
             result += '\n';
-        return result + header + '\n' + added;
+        return result + "[Default Applications]\n" + added;
     }
     if (original.at(insertAt - 1) != '\n')
         added.prepend('\n'); // the last line of the file had no line end
@@ -318,12 +357,29 @@ QString registerAll(const QString &exePath)
     }
     return QString();
 #else
+    // The lists in GLib's order: each config folder, then each data folder's applications, the current desktops'
+    // own lists first in each; data folders also hold the older defaults.list.
+    QStringList names;
+    for (const QString &desktop : qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(u':', Qt::SkipEmptyParts))
+        names.append(desktop.toLower() + QStringLiteral("-mimeapps.list"));
+    names.append(QStringLiteral("mimeapps.list"));
+    QStringList lists;
+    for (const QString &folder : QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation)) {
+        for (const QString &name : names)
+            lists.append(folder + u'/' + name);
+    }
+    names.append(QStringLiteral("defaults.list"));
+    for (const QString &folder : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation)) {
+        for (const QString &name : names)
+            lists.append(folder + QStringLiteral("/applications/") + name);
+    }
     return registerFreedesktop(exePath, QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), lists);
 #endif
 }
 
-QString registerFreedesktop(const QString &exePath, const QString &dataHome, const QString &configHome)
+QString registerFreedesktop(
+    const QString &exePath, const QString &dataHome, const QString &configHome, const QStringList &defaultLists)
 {
     const QString mimeFolder = dataHome + QStringLiteral("/mime");
     const QString packagePath = mimeFolder + QStringLiteral("/packages/tarnwick.xml");
@@ -354,12 +410,18 @@ QString registerFreedesktop(const QString &exePath, const QString &dataHome, con
         original = list.readAll();
         list.close();
     }
-    QStringList partialTypes;
-    for (const FileType &type : types()) {
-        if (type.partial)
-            partialTypes.append(type.mimeType);
+    QStringList paths = defaultLists;
+    if (!paths.contains(listPath))
+        paths.prepend(listPath);
+    QList<QByteArray> lists;
+    for (const QString &path : paths) {
+        QFile other(path);
+        if (path == listPath)
+            lists.append(original);
+        else if (other.open(QIODevice::ReadOnly))
+            lists.append(other.readAll()); // a list that can't be read names no default
     }
-    error = writeIfChanged(listPath, withDefaults(original, partialTypes));
+    error = writeIfChanged(listPath, withDefaults(original, defaultsToAdd(lists)));
     if (!error.isEmpty())
         return error;
 

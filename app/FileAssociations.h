@@ -5,6 +5,7 @@
 #include <QList>
 #include <QPair>
 #include <QString>
+#include <QStringList>
 
 namespace FileAssociations {
 
@@ -46,11 +47,15 @@ QString registerAll(const QString &exePath);
 ///    type for *.cfg still wins;
 ///  - `dataHome`/icons/hicolor holds the program's icon and the types' icons, as SVG and as PNG in the usual sizes;
 ///  - `dataHome`/applications/tarnwick.desktop opens the six types in `exePath` (never text/plain);
-///  - `configHome`/mimeapps.list makes Tarnwick the default for the four partial types the user has no default for
-///    yet, leaving everything else in it as it was (configuration files get none);
+///  - `configHome`/mimeapps.list makes Tarnwick the default for the four partial types, and the applications that
+///    open text/plain the default for the two configuration types, so a .cfg keeps opening where it did (none when
+///    no list names a text/plain default); only for types no list names a default for yet, leaving everything else
+///    in it as it was. `defaultLists` are the mimeapps.list files whose defaults count, most important first; the
+///    user's own counts first unless placed among them;
 ///  - the desktop's caches are refreshed in the background when they are older than the files and the tools exist.
 /// A file is written only when its content changes. Stops at the first file that can't be written and returns one
 /// line naming it; "" on success.
-QString registerFreedesktop(const QString &exePath, const QString &dataHome, const QString &configHome);
+QString registerFreedesktop(
+    const QString &exePath, const QString &dataHome, const QString &configHome, const QStringList &defaultLists = {});
 
 } // namespace FileAssociations

@@ -137,35 +137,51 @@ private Q_SLOTS:
     void mimeappsList_data()
     {
         QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("system"); // a list of lower precedence
         QTest::addColumn<QByteArray>("after");
-        // Only the partial files get Tarnwick as their default; configuration files are left to the user.
+        // The partial files get Tarnwick; configuration files get what opens text/plain, where anything does.
         const QByteArray own = "application/x-tarnwick-controls=tarnwick.desktop\n"
                                "application/x-tarnwick-renderer=tarnwick.desktop\n"
                                "application/x-tarnwick-hud=tarnwick.desktop\n"
                                "application/x-tarnwick-railgun=tarnwick.desktop\n";
-        QTest::newRow("no file") << QByteArray() << "[Default Applications]\n" + own;
+        QTest::newRow("no file") << QByteArray() << QByteArray() << "[Default Applications]\n" + own;
         const QByteArray added = "[Added Associations]\r\ntext/plain=gedit.desktop;";
-        QTest::newRow("no section, no last line end") << added << added + "\n\n[Default Applications]\n" + own;
-        // Other sections, comments, the user's defaults (text/plain and one of ours) and their line ends all stay.
+        QTest::newRow("no section, no last line end")
+            << added << QByteArray() << added + "\n\n[Default Applications]\n" + own;
+        QTest::newRow("text editor set system-wide")
+            << QByteArray() << QByteArray("[Default Applications]\ntext/plain=gedit.desktop;\n")
+            << "[Default Applications]\napplication/x-tarnwick-cfg=gedit.desktop\n"
+               "application/x-tarnwick-config=gedit.desktop\n"
+                + own;
+        // Other sections, comments, every default (the user's and the system's) and their line ends all stay; the
+        // text/plain defaults follow in the order they are tried.
         const QByteArray head = "# mine\n[Added Associations]\ntext/plain=kate.desktop;gedit.desktop;\n\n"
                                 "[Default Applications]\r\ntext/plain=kate.desktop\r\n"
-                                "application/x-tarnwick-hud=other.desktop;\r\nimage/png = eog.desktop\r\n";
+                                "application/x-tarnwick-hud=other.desktop;\r\nimage/png = eog.desktop\r\n"
+                                "application/x-tarnwick-cfg=vim.desktop\r\n";
         const QByteArray tail = "\n[Removed Associations]\ntext/html=lynx.desktop;\n";
-        QTest::newRow("section with others") << head + tail
-                                             << head
-                + "application/x-tarnwick-controls=tarnwick.desktop\r\n"
-                  "application/x-tarnwick-renderer=tarnwick.desktop\r\n"
+        QTest::newRow("section with others")
+            << head + tail
+            << QByteArray("[Default Applications]\ntext/plain=gedit.desktop;kate.desktop\n"
+                          "application/x-tarnwick-renderer=sys.desktop\n")
+            << head
+                + "application/x-tarnwick-config=kate.desktop;gedit.desktop\r\n"
+                  "application/x-tarnwick-controls=tarnwick.desktop\r\n"
                   "application/x-tarnwick-railgun=tarnwick.desktop\r\n"
                 + tail;
     }
     void mimeappsList()
     {
         QFETCH(QByteArray, before);
+        QFETCH(QByteArray, system);
         QTemporaryDir home;
         const QString list = home.filePath("mimeapps.list");
+        const QStringList lists { list, home.filePath("system-mimeapps.list") };
         if (!before.isEmpty())
             writeTestFile(list, before);
-        QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.path()), "");
+        if (!system.isEmpty())
+            writeTestFile(lists[1], system);
+        QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.path(), lists), "");
         QTEST(readAll(list), "after");
 
         // A second registration writes nothing: every file keeps its bytes and its (back-dated) modification time.
@@ -180,7 +196,7 @@ private Q_SLOTS:
             QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(past, QFileDevice::FileModificationTime));
             bytes.append(readAll(path));
         }
-        QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.path()), "");
+        QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.path(), lists), "");
         for (qsizetype i = 0; i < files.size(); ++i) {
             QCOMPARE(readAll(files[i]), bytes[i]);
             QCOMPARE(QFileInfo(files[i]).lastModified().toSecsSinceEpoch(), past.toSecsSinceEpoch());
