@@ -28,15 +28,15 @@ namespace {
     struct PartialEnding
     {
         const char *ending;
-        int kind;
+        PartialKind kind;
         bool (*exists)(const QString &);
     };
 
     const PartialEnding partialEndings[] = {
-        { "CTR", 0, normalFileMatches },
-        { "RNR", 1, normalFileMatches },
-        { "HUD", 2, anyFileAt },
-        { "RLG", 3, anyFileAt },
+        { "CTR", PartialKind::Controls, normalFileMatches },
+        { "RNR", PartialKind::Renderer, normalFileMatches },
+        { "HUD", PartialKind::HudDisplay, anyFileAt },
+        { "RLG", PartialKind::Railgun, anyFileAt },
     };
 
 } // namespace
@@ -52,10 +52,10 @@ Request classify(const QString &text)
         path.chop(1);
     if (path.endsWith(QLatin1StringView("\\OPEN"), Qt::CaseInsensitive)
         || path.endsWith(QLatin1StringView("/OPEN"), Qt::CaseInsensitive))
-        return { Action::OpenDialog, QString() };
+        return { Action::OpenDialog, QString(), std::nullopt };
     if (path.endsWith(QLatin1StringView("CFG"), Qt::CaseInsensitive)
         || (path.endsWith(QLatin1StringView("CONFIG"), Qt::CaseInsensitive) && normalFileMatches(path)))
-        return { Action::OpenConfig, path };
+        return { Action::OpenConfig, path, std::nullopt };
     for (const PartialEnding &p : partialEndings) {
         if (path.endsWith(QLatin1StringView(p.ending), Qt::CaseInsensitive) && p.exists(path))
             return { Action::Import, path, p.kind };

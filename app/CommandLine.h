@@ -2,7 +2,10 @@
 // configuration, import a partial settings file, show the Open dialog, or nothing.
 #pragma once
 
+#include "PartialFiles.h"
+
 #include <QString>
+#include <optional>
 
 namespace CommandLine {
 
@@ -12,7 +15,7 @@ struct Request
 {
     Action action = Action::Nothing;
     QString path;
-    int kind = -1; // the partial kind of an import: 0 Controls, 1 Renderer, 2 HUD Display, 3 Railgun
+    std::optional<PartialKind> kind; // the kind of an import
 };
 
 /// Blanks are trimmed and one leading and one trailing double quote dropped. A text ending in "\OPEN" (or

@@ -157,13 +157,18 @@ void ControlBinder::wire(QWidget *widget, int row, int index)
     } else if (auto *slider = qobject_cast<QSlider *>(widget)) {
         connect(slider, &QSlider::valueChanged, this, [this, row](int position) { m_doc.setState(row, 0, position); });
     } else if (auto *edit = qobject_cast<QLineEdit *>(widget)) {
-        const bool keepNumber = ControlRules::mustNotBeEmpty(r.control);
-        connect(edit, &QLineEdit::textChanged, this, [this, edit, row, index, keepNumber](const QString &text) {
-            if (text.isEmpty() && keepNumber) {
+        const bool turnsZero = ControlRules::mustNotBeEmpty(r.control);
+        const bool numeric = ControlRules::isNumericField(r.control);
+        connect(edit, &QLineEdit::textChanged, this, [this, edit, row, index, turnsZero, numeric](const QString &text) {
+            if (text.isEmpty() && turnsZero) {
                 edit->setText(QStringLiteral("0")); // comes back here with "0"
                 edit->setCursorPosition(1);
                 return;
             }
+            // An emptied number is no value: the document keeps the last one, and the field shows it again when
+            // it loses focus.
+            if (text.isEmpty() && numeric)
+                return;
             m_doc.setText(row, index, text);
         });
     } else if (auto *button = qobject_cast<QPushButton *>(widget)) {
@@ -229,6 +234,9 @@ void ControlBinder::showDocument()
 void ControlBinder::onValueChanged(int row, int index)
 {
     showValue(row, index);
+    // A help text that depends on the value follows it while the mouse stays on the control.
+    if (m_hovered && m_where.value(m_hovered).first == row)
+        showHelp(m_hovered);
     const QString &name = catalog().row(row).control;
     for (const ControlRules::Enablement &e : ControlRules::effectsOf(name, m_doc))
         setControlEnabled(e.control, e.enabled);
@@ -244,17 +252,38 @@ void ControlBinder::setControlEnabled(const QString &control, bool enabled)
         twin->setActive(enabled);
 }
 
+void ControlBinder::showHelp(const QObject *widget)
+{
+    const auto it = m_where.constFind(widget);
+    if (it == m_where.cend())
+        return;
+    const auto [row, index] = *it;
+    const SettingRow &r = catalog().row(row);
+    const bool marksOn = m_doc.state(QStringLiteral("chkMarks")) != 0;
+    const int state = r.kind == ControlKind::OptionPair ? index : r.count > 0 ? m_doc.state(row, index) : 0;
+    if (const auto help = catalog().help(helpKey(r, index), state, marksOn))
+        Q_EMIT helpRequested(help->text, help->msgType);
+}
+
 bool ControlBinder::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::Enter) {
-        if (const auto it = m_where.constFind(watched); it != m_where.cend()) {
-            const auto [row, index] = *it;
-            const SettingRow &r = catalog().row(row);
-            const bool marksOn = m_doc.state(QStringLiteral("chkMarks")) != 0;
-            const int state = r.kind == ControlKind::OptionPair ? index : r.count > 0 ? m_doc.state(row, index) : 0;
-            if (const auto help = catalog().help(helpKey(r, index), state, marksOn))
-                Q_EMIT helpRequested(help->text, help->msgType);
+    switch (event->type()) {
+    case QEvent::Enter:
+        m_hovered = qobject_cast<QWidget *>(watched);
+        showHelp(watched);
+        break;
+    case QEvent::Leave:
+        if (m_hovered == watched)
+            m_hovered = nullptr;
+        break;
+    case QEvent::FocusOut:
+        if (auto *edit = qobject_cast<QLineEdit *>(watched); edit && edit->text().isEmpty()) {
+            const auto [row, index] = m_where.value(watched);
+            showValue(row, index);
         }
+        break;
+    default:
+        break;
     }
     return QObject::eventFilter(watched, event);
 }

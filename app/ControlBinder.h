@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QList>
 #include <QObject>
+#include <QPointer>
 
 class QWidget;
 class TwinLabel;
@@ -30,7 +31,7 @@ public:
 
 Q_SIGNALS:
     /// The mouse came over a control with a help text.
-    void helpRequested(const QString &text, int msgType);
+    void helpRequested(const QString &text, MsgType msgType);
     void modelButtonClicked();
     void clientPasswordRequested();
 
@@ -44,9 +45,11 @@ private:
     void showRow(int row);
     void setControlEnabled(const QString &control, bool enabled);
     void onValueChanged(int row, int index);
+    void showHelp(const QObject *widget);
 
     ConfigDocument &m_doc;
     QHash<int, QList<QWidget *>> m_widgets; // row to its widgets, index order (null where not made yet)
     QHash<QString, TwinLabel *> m_labels; // control name to its caption label
     QHash<const QObject *, std::pair<int, int>> m_where; // widget to its row and index
+    QPointer<QWidget> m_hovered; // the control under the mouse
 };

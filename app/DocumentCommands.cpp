@@ -6,21 +6,17 @@
 #include "Defaults.h"
 #include "GameFolder.h"
 #include "PartialFiles.h"
-#include "Program.h"
 #include "Prompts.h"
+#include "ShellWindow.h"
 #include "frmLoad.h"
-#include "frmMain.h"
 #include "frmNew.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <algorithm>
 
 namespace {
-
-const QString programTitle = QStringLiteral("Tarnwick");
 
 bool hasConfigExtension(const QString &path)
 {
@@ -30,9 +26,9 @@ bool hasConfigExtension(const QString &path)
 
 } // namespace
 
-DocumentCommands::DocumentCommands(frmMain *window, ConfigDocument &doc, QObject *parent)
+DocumentCommands::DocumentCommands(ShellWindow &shell, ConfigDocument &doc, QObject *parent)
     : QObject(parent)
-    , m_window(window)
+    , m_shell(shell)
     , m_doc(doc)
 { }
 
@@ -42,8 +38,8 @@ bool DocumentCommands::saveChangesPrompt(const QString &ending)
         return true;
     const QString question
         = QStringLiteral("Save changes to configuration file \n\"%1\"%2").arg(m_doc.displayName(), ending);
-    switch (Prompts::ask(m_window, programTitle, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
-        QMessageBox::Question)) {
+    switch (Prompts::ask(m_shell.widget(), Prompts::programTitle(), question,
+        QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Question)) {
     case QMessageBox::Yes:
         SaveCfg();
         return !m_saveCancelled;
@@ -59,9 +55,9 @@ void DocumentCommands::newCommand()
     if (!saveChangesPrompt())
         return;
     if (!m_new)
-        m_new = new frmNew(m_window);
+        m_new = new frmNew(m_shell.widget());
     m_new->prepare();
-    if (m_window->ShowForm(m_new, true) != QDialog::Accepted)
+    if (m_shell.ShowForm(m_new, true) != QDialog::Accepted)
         return;
     NewCfg(m_doc, m_new->documentName(), m_new->mode());
 }
@@ -72,31 +68,15 @@ void DocumentCommands::openCommand()
         OpenCfg(QString());
 }
 
-bool DocumentCommands::chooseAnotherFile(const QString &question)
-{
-    return Prompts::ask(m_window, QStringLiteral("Incorrect file extension"), question,
-               QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
-        == QMessageBox::Yes;
-}
-
 bool DocumentCommands::OpenCfg(QString path)
 {
-    for (;;) {
-        if (path.isEmpty()) {
-            path = Prompts::openFileName(m_window, QStringLiteral("Open"), configFilter(), startFolder());
-            if (path.isEmpty())
-                return false;
-        }
-        if (hasConfigExtension(path))
-            break;
-        if (!chooseAnotherFile(
-                QStringLiteral("This isn't an CFG or CONFIG file.\nDo you want to choose another file?")))
-            return false;
-        path.clear();
-    }
+    path = Prompts::fileOfKind(m_shell.widget(), path, hasConfigExtension,
+        QStringLiteral("This isn't an CFG or CONFIG file."), configFilter(), QStringLiteral("cfg"), startFolder());
+    if (path.isEmpty())
+        return false;
     QString error;
     if (!readWhileSplashShows(path, &error)) {
-        Prompts::ask(m_window, programTitle, error, QMessageBox::Ok, QMessageBox::Critical);
+        Prompts::ask(m_shell.widget(), Prompts::programTitle(), error, QMessageBox::Ok, QMessageBox::Critical);
         return false;
     }
     m_doc.setFile(path, QFileInfo(path).fileName(), true);
@@ -107,15 +87,13 @@ bool DocumentCommands::OpenCfg(QString path)
 
 bool DocumentCommands::readWhileSplashShows(const QString &path, QString *error)
 {
-    Program::LoadingConfiguration = true;
-    Program::PendingLoadPath = path;
     if (!m_load)
-        m_load = new frmLoad(m_window);
+        m_load = new frmLoad(m_shell.widget());
     bool read = false;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     {
-        const Program::HotKeysOff off;
-        m_load->runModal(true, [&] { read = ReadCfgFile(m_doc, Program::PendingLoadPath, FileScope::Whole, error); });
+        const Prompts::CommandsOff off;
+        m_load->runModal(true, [&] { read = ReadCfgFile(m_doc, path, FileScope::Whole, error); });
     }
     QGuiApplication::restoreOverrideCursor();
     return read;
@@ -143,7 +121,7 @@ void DocumentCommands::saveAsCommand()
 void DocumentCommands::SaveCfgAs(QString path)
 {
     if (path.isEmpty()) {
-        path = Prompts::saveFileName(m_window, m_saveDialogTitle,
+        path = Prompts::saveFileName(m_shell.widget(), m_saveDialogTitle,
             configFilter() + QStringLiteral("|All Files (*.*)|*.*"), QStringLiteral("cfg"), startFolder());
         if (path.isEmpty()) {
             m_saveCancelled = true;
@@ -166,8 +144,7 @@ bool DocumentCommands::write(const QString &path)
     QString error;
     if (WriteCfgFile(m_doc, path, FileScope::Whole, &error))
         return true;
-    m_doc.setModified(true); // what was not saved is still a change
-    Prompts::reportError(m_window, QStringLiteral("Save Config File"), 75, error);
+    Prompts::reportError(m_shell.widget(), QStringLiteral("Save Config File"), 75, error);
     return false;
 }
 
@@ -175,66 +152,63 @@ void DocumentCommands::restoreDefaultsCommand()
 {
     if (!m_doc.canRestore())
         return;
-    if (Prompts::ask(m_window, programTitle,
+    if (Prompts::ask(m_shell.widget(), Prompts::programTitle(),
             QStringLiteral("Are you sure you want to reset every settings to default?"),
             QMessageBox::Yes | QMessageBox::No, QMessageBox::Question)
         == QMessageBox::Yes)
         m_doc.ApplySnapshot();
 }
 
-int DocumentCommands::pageOfKind(int kind)
+Page DocumentCommands::pageOf(PartialKind kind)
 {
-    static constexpr int pages[] = { 2, 3, 5, 6 };
-    return kind >= 0 && kind < 4 ? pages[kind] : -1;
+    switch (kind) {
+    case PartialKind::Controls:
+        return Page::Control;
+    case PartialKind::Renderer:
+        return Page::Renderer;
+    case PartialKind::HudDisplay:
+        return Page::HudDisplay;
+    case PartialKind::Railgun:
+        return Page::Railgun;
+    }
+    return Page::Control;
 }
 
-bool DocumentCommands::ExportFile(QString path, int kind)
+bool DocumentCommands::ExportFile(QString path, PartialKind kind)
 {
-    if (kind < 0 || kind > 3)
-        return false;
-    const auto partial = PartialKind(kind);
     if (path.isEmpty()) {
-        path = Prompts::saveFileName(m_window, QStringLiteral("Export File"), PartialFiles::exportFilter(partial),
-            PartialFiles::defaultExtension(partial).toLower(), startFolder());
+        path = Prompts::saveFileName(m_shell.widget(), QStringLiteral("Export File"), PartialFiles::exportFilter(kind),
+            PartialFiles::defaultExtension(kind).toLower(), startFolder());
         if (path.isEmpty())
             return false;
     }
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     QString error;
-    const bool written = ::ExportFile(m_doc, path, partial, &error);
+    const bool written = ::ExportFile(m_doc, path, kind, &error);
     QGuiApplication::restoreOverrideCursor();
     if (!written)
-        Prompts::reportError(m_window, QStringLiteral("Save Config File"), 75, error);
+        Prompts::reportError(m_shell.widget(), QStringLiteral("Save Config File"), 75, error);
     return written;
 }
 
-bool DocumentCommands::ImportFile(QString path, int kind)
+bool DocumentCommands::ImportFile(QString path, PartialKind kind)
 {
-    for (;;) {
-        if (path.isEmpty()) {
-            const auto partial = PartialKind(std::clamp(kind, 0, 3));
-            path = Prompts::openFileName(
-                m_window, QStringLiteral("Import File"), PartialFiles::importFilter(partial), startFolder());
-            if (path.isEmpty())
-                return false;
-        }
-        if (kind >= 0 && kind <= 3)
-            break;
-        if (!chooseAnotherFile(
-                QStringLiteral("This is not an RNR, CTR, HUD or RLG file.\r\nDo you want to choose another file?")))
+    if (path.isEmpty()) {
+        path = Prompts::openFileName(m_shell.widget(), QStringLiteral("Import File"), PartialFiles::importFilter(kind),
+            PartialFiles::defaultExtension(kind).toLower(), startFolder());
+        if (path.isEmpty())
             return false;
-        path.clear();
     }
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     QString error;
-    const bool read = ::ImportFile(m_doc, path, PartialKind(kind), &error);
+    const bool read = ::ImportFile(m_doc, path, kind, &error);
     QGuiApplication::restoreOverrideCursor();
     if (!read) {
-        Prompts::ask(m_window, programTitle, error, QMessageBox::Ok, QMessageBox::Critical);
+        Prompts::ask(m_shell.widget(), Prompts::programTitle(), error, QMessageBox::Ok, QMessageBox::Critical);
         return false;
     }
     m_lastFolder = QFileInfo(path).absolutePath();
-    Q_EMIT pageWanted(pageOfKind(kind));
+    m_shell.SelectPage(pageOf(kind));
     return true;
 }
 
@@ -243,8 +217,8 @@ QString DocumentCommands::startFolder() const
     if (!m_lastFolder.isEmpty())
         return m_lastFolder;
     // Before any file: the game's own configuration folder, else the game's per-user one.
-    const QString game = GameFolder::dataFolder(GameFolder::path());
-    if (!GameFolder::path().isEmpty() && QFileInfo(game).isDir())
+    const QString game = GameFolder::dataFolder(m_shell.gameFolder());
+    if (!m_shell.gameFolder().isEmpty() && QFileInfo(game).isDir())
         return game;
     const QString perUser = QDir::home().filePath(QStringLiteral(".q3a/baseq3"));
     return QFileInfo(perUser).isDir() ? perUser : QString();

@@ -1,27 +1,22 @@
 #include "frmMain.h"
 
-#include "CommandLine.h"
+#include "CommandLineRouter.h"
 #include "Commands.h"
 #include "ControlBinder.h"
 #include "ControlPage.h"
 #include "Defaults.h"
 #include "DocumentCommands.h"
-#include "FileAssociations.h"
-#include "GameFolder.h"
 #include "HoverButton.h"
 #include "LeftBar.h"
-#include "LocateGameFolder.h"
 #include "MemoryPanel.h"
 #include "MsgBoard.h"
 #include "PageLayouts.h"
 #include "Pk3ExplorerPage.h"
-#include "PopMenu.h"
-#include "Program.h"
 #include "Prompts.h"
 #include "SettingsPage.h"
 #include "TitleStrip.h"
 #include "Twips.h"
-#include "frmOptions.h"
+#include "WindowSettings.h"
 #include "frmPassword.h"
 
 #include <QButtonGroup>
@@ -29,7 +24,6 @@
 #include <QDialog>
 #include <QEvent>
 #include <QLabel>
-#include <QScreen>
 #include <QStatusBar>
 
 namespace {
@@ -41,7 +35,7 @@ struct PageInfo
     const char *title;
 };
 
-const std::array<PageInfo, frmMain::PageCount> pageInfo { {
+const std::array<PageInfo, PageCount> pageInfo { {
     { "Client", "picPlayer", "Client Settings" },
     { "Server", "picServer", "Server Settings" },
     { "Control", "picCtrls", "Control - Move" },
@@ -52,7 +46,7 @@ const std::array<PageInfo, frmMain::PageCount> pageInfo { {
     { "PK3 Explorer", "picPK3", "PK3 Explorer" },
 } };
 
-const std::array<const char *, 4> subPageCaptions { "Move", "Shoot", "Look", "Miscellaneous" };
+const std::array<const char *, ControlSubPageCount> subPageCaptions { "Move", "Shoot", "Look", "Miscellaneous" };
 
 // Measures of the window's regions, in twips.
 constexpr int toolbarHeight = 390;
@@ -70,7 +64,7 @@ constexpr int buttonPitch = 390;
 frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
     , m_binder(new ControlBinder(m_document, this))
-    , m_documentCommands(new DocumentCommands(this, m_document, this))
+    , m_documentCommands(new DocumentCommands(*this, m_document, this))
     , m_client(new QWidget(this))
     , m_toolbarBand(new QWidget(m_client))
     , m_leftBar(new LeftBar(m_client))
@@ -85,6 +79,7 @@ frmMain::frmMain(QWidget *parent)
     m_msgBoard->setObjectName(QStringLiteral("MsgBoard1"));
     setCentralWidget(m_client);
     m_client->installEventFilter(this);
+    Prompts::setGate(&m_gate);
 
     StartUpDocument(m_document);
     buildLeftBar();
@@ -95,21 +90,25 @@ frmMain::frmMain(QWidget *parent)
     connect(m_binder, &ControlBinder::helpRequested, this, &frmMain::SetText);
     connect(m_binder, &ControlBinder::clientPasswordRequested, this, &frmMain::askClientPassword);
     connect(&m_document, &ConfigDocument::fileChanged, this, &frmMain::SetTitle);
-    connect(m_documentCommands, &DocumentCommands::pageWanted, this, &frmMain::SelectPage);
-    m_commands = new Commands(*this);
-    m_commands->setHandler(QStringLiteral("Options1"), [this] { showOptions(); });
-    Program::ActiveDialogWindow = this;
-    Program::HotKeysEnabled = true;
+    m_commands = new Commands(*this, menuBar(), m_toolbarBand, *m_documentCommands, m_gate, this);
+    m_settings = std::make_unique<WindowSettings>(*this, *m_commands);
+    m_commandLine = new CommandLineRouter(*this, m_gate, *m_documentCommands, *m_commands, this);
+    m_commands->setHandler(QStringLiteral("Options1"), [this] { m_settings->showOptions(); });
+    m_gate.setActiveDialogWindow(this);
+    m_gate.setHotKeysEnabled(true);
 
     // No page is selected at start.
-    m_titleStrip->setText(programTitle());
-    SetText(QStringLiteral("Welcome to Tarnwick."), 2);
+    m_titleStrip->setText(Prompts::programTitle());
+    SetText(QStringLiteral("Welcome to Tarnwick."), MsgType::Information);
     ShowControls(false);
     SetTitle();
     resize(Twips::px(10425), Twips::px(7500));
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    Prompts::setGate(nullptr);
+}
 
 void frmMain::buildLeftBar()
 {
@@ -119,26 +118,26 @@ void frmMain::buildLeftBar()
         button->setObjectName(QStringLiteral("btnMain_%1").arg(i));
         button->setCheckable(true);
         pages->addButton(button, i);
-        connect(button, &HoverButton::clicked, this, [this, i] { SelectPage(i); });
+        connect(button, &HoverButton::clicked, this, [this, i] { SelectPage(Page(i)); });
         m_pageButtons[i] = button;
     }
     auto *subPages = new QButtonGroup(this);
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < ControlSubPageCount; ++i) {
         auto *button = new HoverButton(QString::fromLatin1(subPageCaptions[i]), m_leftBar);
         button->setObjectName(QStringLiteral("btnCtrls_%1").arg(i));
         button->setCheckable(true);
         subPages->addButton(button, i);
-        connect(button, &HoverButton::clicked, this, [this, i] { SelectControlSubPage(i); });
+        connect(button, &HoverButton::clicked, this, [this, i] { SelectControlSubPage(ControlSubPage(i)); });
         m_subPageButtons[i] = button;
     }
 }
 
 void frmMain::buildPages()
 {
-    m_controlPage = new ControlPage(m_document, *m_binder);
+    m_controlPage = new ControlPage(m_document, *m_binder, *this);
     m_pk3Page = new Pk3ExplorerPage;
     connect(m_pk3Page, &Pk3ExplorerPage::titleChanged, this, [this](const QString &title) {
-        if (m_currentPage == PK3Page)
+        if (m_currentPage == Page::Pk3Explorer)
             m_titleStrip->setText(title);
     });
     const std::array<QWidget *, PageCount> contents {
@@ -176,8 +175,9 @@ void frmMain::buildStatusBar()
 
 void frmMain::SetTitle()
 {
-    const QString name = m_document.displayName().trimmed();
-    setWindowTitle(name.isEmpty() ? programTitle() : m_document.displayName() + QStringLiteral(" - ") + programTitle());
+    const QString title = Prompts::programTitle();
+    const QString name = m_document.displayName();
+    setWindowTitle(name.trimmed().isEmpty() ? title : name + QStringLiteral(" - ") + title);
 }
 
 QString frmMain::title() const
@@ -185,40 +185,39 @@ QString frmMain::title() const
     return m_titleStrip->text();
 }
 
-void frmMain::SelectPage(int index)
+void frmMain::SelectPage(Page page)
 {
+    const int index = int(page);
     if (index < 0 || index >= PageCount)
         return;
-    m_msgBoard->setVisible(index != PK3Page);
-    if (index == 0)
-        SetText(QStringLiteral("Client / Player Settings"), 2);
-    else if (index == 2)
+    m_msgBoard->setVisible(page != Page::Pk3Explorer);
+    if (page == Page::Client)
+        SetText(QStringLiteral("Client / Player Settings"), MsgType::Information);
+    else if (page == Page::Control)
         SetText(QStringLiteral("To define the key use the left button on your mouse.\r\n"
                                "To delete the key use the right button on your mouse."),
-            2);
-    if (index == PK3Page)
-        m_titleStrip->setText(m_pk3Page->title());
-    else
-        m_titleStrip->setText(QString::fromLatin1(pageInfo[index].title));
-    m_currentPage = index;
-    Q_EMIT pageSelected(index);
-    ShowControls(index == 2);
+            MsgType::Information);
+    m_titleStrip->setText(page == Page::Pk3Explorer ? m_pk3Page->title() : QString::fromLatin1(pageInfo[index].title));
+    m_currentPage = page;
+    Q_EMIT pageSelected(page);
+    ShowControls(page == Page::Control);
     for (int i = 0; i < PageCount; ++i)
         m_pages[i]->setVisible(i == index);
     m_pageButtons[index]->setChecked(true);
-    if (index == 2) {
-        m_controlPage->showSubPage(0);
+    if (page == Page::Control) {
+        m_controlPage->showSubPage(ControlSubPage::Move);
         m_subPageButtons[0]->setChecked(true);
     }
 }
 
-void frmMain::SelectControlSubPage(int index)
+void frmMain::SelectControlSubPage(ControlSubPage subPage)
 {
-    if (index < 0 || index >= ControlPage::SubPageCount)
+    const int index = int(subPage);
+    if (index < 0 || index >= ControlSubPageCount)
         return;
     m_titleStrip->setText(QStringLiteral("Control - ") + QString::fromLatin1(subPageCaptions[index]));
-    m_pages[2]->show();
-    m_controlPage->showSubPage(index);
+    m_pages[int(Page::Control)]->show();
+    m_controlPage->showSubPage(subPage);
     m_subPageButtons[index]->setChecked(true);
 }
 
@@ -233,16 +232,16 @@ void frmMain::ShowControls(bool show)
 void frmMain::placeButtons()
 {
     for (int i = 0; i < PageCount; ++i) {
-        const int slot = i < 3 || !m_controlsShown ? i : i + 4;
+        const int slot = i <= int(Page::Control) || !m_controlsShown ? i : i + ControlSubPageCount;
         m_pageButtons[i]->setGeometry(Twips::rect(30, 30 + slot * buttonPitch, 1560, buttonHeight));
     }
-    for (int i = 0; i < 4; ++i)
+    for (int i = 0; i < ControlSubPageCount; ++i)
         m_subPageButtons[i]->setGeometry(Twips::rect(105, 30 + (3 + i) * buttonPitch, 1410, buttonHeight));
 }
 
-void frmMain::SetText(const QString &text, int msgType)
+void frmMain::SetText(const QString &text, MsgType msgType)
 {
-    m_msgBoard->DrawMsg(text, msgType);
+    m_msgBoard->DrawMsg(text, int(msgType));
 }
 
 void frmMain::setMenuHelp(const QString &text)
@@ -252,9 +251,13 @@ void frmMain::setMenuHelp(const QString &text)
 
 void frmMain::setGradient(bool on)
 {
-    m_settings.gradient = on ? 1 : 0;
     m_titleStrip->setGradient(on);
     m_commands->setGradient(on);
+}
+
+QString frmMain::gameFolder() const
+{
+    return m_settings->gameFolder();
 }
 
 void frmMain::layoutRegions()
@@ -293,108 +296,38 @@ void frmMain::showEvent(QShowEvent *event)
 void frmMain::closeEvent(QCloseEvent *event)
 {
     if (!m_documentCommands->saveChangesPrompt(QStringLiteral(" before closing?"))) {
-        event->ignore();
+        refuseClose(event);
         return;
     }
-    if (!m_settingsFile.isEmpty()) {
-        QString error;
-        if (!pbSaveOptions(m_settingsFile, currentSettings(), isMinimized(), &error))
-            Prompts::reportError(this, QStringLiteral("Program Exit"), 75, error);
-    }
+    QString error;
+    if (!m_settings->save(isMinimized(), &error))
+        Prompts::reportError(this, QStringLiteral("Program Exit"), 75, error);
     event->accept();
 }
 
-QString frmMain::startUp(QWidget *splash, const QString &settingsFile, const QString &executable)
+void frmMain::refuseClose(QCloseEvent *event)
 {
-    const QRect screen = this->screen() ? this->screen()->availableGeometry() : QRect(0, 0, 1024, 768);
-    const QSize outer = frameGeometry().size();
-    const int centredLeft = (screen.width() - outer.width()) / 2 * Twips::perPixel;
-    const int centredTop = (screen.height() - outer.height()) / 2 * Twips::perPixel;
-    m_settingsFile = settingsFile;
-    applySettings(pbLoadOptions(settingsFile, centredLeft, centredTop));
-    const QString registration = FileAssociations::registerAll(executable);
-    LocateGameFolder(splash, QStringLiteral("can not locate Quake3.exe"));
-    return registration;
-}
-
-void frmMain::applySettings(const ProgramSettings &settings)
-{
-    m_settings = settings;
-    GameFolder::setPath(settings.q3dir);
-    setGradient(settings.gradient == 1);
-    setAlwaysOnTop(settings.aot == 1);
-    m_commands->menu().setChecked(QStringLiteral("OnTop1"), m_alwaysOnTop);
-    m_commands->setPreviewOpen(settings.pv_open == 1);
-    move(Twips::px(settings.wx), Twips::px(settings.wy));
-}
-
-ProgramSettings frmMain::currentSettings() const
-{
-    ProgramSettings settings = m_settings;
-    settings.q3dir = GameFolder::path();
-    settings.aot = m_alwaysOnTop ? 1 : 0;
-    settings.wx = frameGeometry().x() * Twips::perPixel;
-    settings.wy = frameGeometry().y() * Twips::perPixel;
-    if (const auto preview = m_commands->previewState()) {
-        settings.pv_open = preview->open ? 1 : 0;
-        settings.pv_wx = preview->left * Twips::perPixel;
-        settings.pv_wy = preview->top * Twips::perPixel;
-    }
-    return settings;
-}
-
-void frmMain::showOptions()
-{
-    if (!m_options)
-        m_options = new frmOptions(this);
-    m_options->prepare(GameFolder::path(), m_settings.gradient == 1);
-    if (ShowForm(m_options, true) != QDialog::Accepted)
-        return;
-    GameFolder::setPath(m_options->gameFolder());
-    setGradient(m_options->gradient());
-}
-
-void frmMain::HandleCommandLine(const QString &text)
-{
-    if (isMinimized() || !isVisible())
-        showNormal();
-    raise();
-    activateWindow();
-    const CommandLine::Request request = CommandLine::classify(text);
-    switch (request.action) {
-    case CommandLine::Action::Nothing:
-        return;
-    case CommandLine::Action::OpenDialog:
-        m_commands->run(QStringLiteral("Open1"));
-        return;
-    case CommandLine::Action::OpenConfig:
-        // A save the user agreed to but cancelled keeps the document: nothing is thrown away unasked.
-        if (m_documentCommands->saveChangesPrompt(QStringLiteral(" before loading a new?"))
-            && m_documentCommands->OpenCfg(request.path))
-            qCInfo(lcShell) << "opened" << request.path;
-        return;
-    case CommandLine::Action::Import:
-        if (m_documentCommands->ImportFile(request.path, request.kind))
-            qCInfo(lcShell) << "imported" << request.path;
-        return;
-    }
+    // The program stays: a tray Exit that led here is over, and the commands come back.
+    m_gate.setTrayExitPending(false);
+    m_gate.EnableHotKeys();
+    event->ignore();
 }
 
 int frmMain::ShowForm(QWidget *form, bool modal)
 {
     form->setWindowFlag(Qt::WindowStaysOnTopHint, m_alwaysOnTop);
-    Program::ActiveDialogWindow = form;
+    m_gate.setActiveDialogWindow(form);
     if (!modal) {
         form->show();
         return 0;
     }
     int result = 0;
     {
-        const Program::HotKeysOff off;
+        const Prompts::CommandsOff off;
         if (auto *dialog = qobject_cast<QDialog *>(form))
             result = dialog->exec();
     }
-    Program::ActiveDialogWindow = this;
+    m_gate.setActiveDialogWindow(this);
     return result;
 }
 

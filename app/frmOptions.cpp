@@ -1,7 +1,6 @@
 #include "frmOptions.h"
 
 #include "OkCancelButtons.h"
-#include "Program.h"
 #include "Prompts.h"
 
 #include <QCheckBox>
@@ -61,6 +60,6 @@ bool frmOptions::gradient() const
 void frmOptions::selectFolder()
 {
     const QString chosen = Prompts::folderName(this, QStringLiteral("Select Quake III Arena Folder"), m_path->text());
-    if (!chosen.isEmpty() && !Program::TrayExitPending)
+    if (!chosen.isEmpty() && !Prompts::exitPending())
         m_path->setText(chosen);
 }

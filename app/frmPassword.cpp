@@ -1,9 +1,11 @@
 #include "frmPassword.h"
 
+#include "OkCancelButtons.h"
+
+#include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 
 frmPassword::frmPassword(QWidget *parent)
     : QDialog(parent)
@@ -19,19 +21,10 @@ frmPassword::frmPassword(QWidget *parent)
     auto *label = new QLabel(tr("Password:"), this);
     label->setBuddy(m_txtPass);
 
-    auto *cmdOK = new QPushButton(tr("&OK"), this);
-    cmdOK->setObjectName(QStringLiteral("cmdOK"));
-    cmdOK->setDefault(true);
-    auto *cmdCancel = new QPushButton(tr("&Cancel"), this);
-    cmdCancel->setObjectName(QStringLiteral("cmdCancel"));
-    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
-
     auto *layout = new QGridLayout(this);
     layout->addWidget(label, 0, 0);
-    layout->addWidget(m_txtPass, 0, 1, 1, 2);
-    layout->addWidget(cmdOK, 1, 1);
-    layout->addWidget(cmdCancel, 1, 2);
+    layout->addWidget(m_txtPass, 0, 1);
+    layout->addWidget(OkCancelButtons(this), 1, 0, 1, 2);
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 

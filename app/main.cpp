@@ -3,9 +3,10 @@
 #include "AppFont.h"
 #include "AppIcon.h"
 #include "CommandLine.h"
-#include "Program.h"
+#include "CommandLineRouter.h"
 #include "ProgramSettings.h"
 #include "SingleInstance.h"
+#include "StartUp.h"
 #include "frmLoad.h"
 #include "frmMain.h"
 
@@ -36,19 +37,13 @@ int main(int argc, char **argv)
     frmLoad splash;
     splash.showStartUp();
     frmMain window;
-    const QString registration = window.startUp(
-        &splash, settingsFilePath(QCoreApplication::applicationDirPath()), QCoreApplication::applicationFilePath());
-    Program::LoadingConfiguration = true;
-    window.show();
-    QObject::connect(&instance, &SingleInstance::commandLineReceived, &window, [&window](const QString &text) {
-        qCInfo(lcShell) << "handed over:" << text;
-        window.HandleCommandLine(text);
-    });
-    splash.close();
-    window.HandleCommandLine(commandLine);
-    if (registration.isEmpty())
-        window.SetText(QStringLiteral("Welcome to Tarnwick."), 2);
-    else
-        window.SetText(registration, 1);
+    const QString registration = StartUp::prepare(window, &splash,
+        settingsFilePath(QCoreApplication::applicationDirPath()), QCoreApplication::applicationFilePath());
+    QObject::connect(
+        &instance, &SingleInstance::commandLineReceived, &window.commandLine(), [&window](const QString &text) {
+            qCInfo(lcShell) << "handed over:" << text;
+            window.commandLine().handOver(text);
+        });
+    StartUp::finish(window, &splash, commandLine, registration);
     return QApplication::exec();
 }

@@ -113,6 +113,9 @@ QList<Enablement> allEffects(const ConfigDocument &doc)
 
 QString sliderLabel(const SettingRow &row, int position)
 {
+    // The view size's label is a fixed caption; it does not follow its slider.
+    if (row.control == u"Slider1")
+        position = row.initialState;
     if (row.control == u"sldHandicap" && position == 100)
         return QStringLiteral("Handicap: 100 / None");
     if (row.slider.scale == 10)

@@ -28,7 +28,8 @@ QList<Enablement> effectsOf(QStringView control, const ConfigDocument &doc);
 /// The effects of every controlling box in order, as after a whole document is shown.
 QList<Enablement> allEffects(const ConfigDocument &doc);
 
-/// A slider's label for a position: "Gamma: 1.0", "Handicap: 100 / None", "Team Chat Time: 3 min".
+/// A slider's label for a position: "Gamma: 1.0", "Handicap: 100 / None", "Team Chat Time: 3 min"; the view
+/// size's label reads "View Size: 100" wherever its slider stands.
 QString sliderLabel(const SettingRow &row, int position);
 /// Text fields that take digits only.
 bool isNumericField(QStringView control);

@@ -10,10 +10,10 @@ enum class Variant { None, WhenClear, WhenChecked, WhenOrdinaryShadowsWithoutMar
 struct HelpEntry
 {
     const char *text;
-    int msgType = 2;
+    MsgType msgType = MsgType::Information;
     Variant when = Variant::None;
     const char *otherText = nullptr; // shown when `when` holds
-    int otherType = 2;
+    MsgType otherType = MsgType::Information;
 };
 
 const QHash<QString, HelpEntry> &helpTable()
@@ -43,8 +43,9 @@ const QHash<QString, HelpEntry> &helpTable()
               "enabled you won't get lagged when a new player joins mid-map using a model which isn't already "
               "loaded." } },
         { QStringLiteral("chkDelta"),
-            { "Toggles Delta Compression", 2, Variant::WhenClear,
-                "Only disable Delta Compression if you encounter U_REMOVE problems during gameplay.", 1 } },
+            { "Toggles Delta Compression", MsgType::Information, Variant::WhenClear,
+                "Only disable Delta Compression if you encounter U_REMOVE problems during gameplay.",
+                MsgType::Caution } },
         { QStringLiteral("chkDetTex"), { "Enables use of detail textures." } },
         { QStringLiteral("chkDLTW"),
             { "Disables rendering of dynamic lights through walls (the backsides of walls are not illuminated). 0 may "
@@ -61,13 +62,14 @@ const QHash<QString, HelpEntry> &helpTable()
         { QStringLiteral("chkFPS"), { "Toggles the frame rate counter." } },
         { QStringLiteral("chkFullScr"),
             { "Toggles between Window en Fullscreen mode.\r\nWarning: VooDoo 1/2/3 cards do not support window mode.",
-                0 } },
+                MsgType::Warning } },
         { QStringLiteral("chkGibs"),
             { "Toggles the rendering of gind when a player is 'gibbed'. Can provide a noticeable framerate increase if "
               "this option is disabled." } },
         { QStringLiteral("chkGLExt"),
-            { "Enables OpenGL extensions.", 2, Variant::WhenClear,
-                "Enables OpenGL extensions.\r\nWarning: It is recommended you enable this option.", 1 } },
+            { "Enables OpenGL extensions.", MsgType::Information, Variant::WhenClear,
+                "Enables OpenGL extensions.\r\nWarning: It is recommended you enable this option.",
+                MsgType::Caution } },
         { QStringLiteral("chkHighSky"),
             { "Enables high quality sky. this should be enabled if you want to see through portals." } },
         { QStringLiteral("chkIcons"), { "Toggles the drawing of icons in status bar." } },
@@ -109,8 +111,8 @@ const QHash<QString, HelpEntry> &helpTable()
         { QStringLiteral("chkSysSnd"), { "Toggles using the sound system." } },
         { QStringLiteral("chkTimer"), { "Toggles the game timer." } },
         { QStringLiteral("chkUDP"),
-            { "Enables TCP/IP network protocol.", 2, Variant::WhenChecked,
-                "Disables TCP/IP network protocol.\r\nThis will disable you from playing online!", 1 } },
+            { "Enables TCP/IP network protocol.", MsgType::Information, Variant::WhenChecked,
+                "Disables TCP/IP network protocol.\r\nThis will disable you from playing online!", MsgType::Caution } },
         { QStringLiteral("chkVTP"), { "Enables view through portals." } },
         { QStringLiteral("chkWModel"), { "Enable display of player's gun model." } },
         { QStringLiteral("chkWSwitch"),
@@ -124,8 +126,9 @@ const QHash<QString, HelpEntry> &helpTable()
               "packet loss." } },
         { QStringLiteral("cbResolution"), { "Sets a video mode/resolution." } },
         { QStringLiteral("cbShadows"),
-            { "Sets type of shadows rendering.", 2, Variant::WhenOrdinaryShadowsWithoutMarks,
-                "Sets type of shadows rendering.\r\nTo enable Ordinary Shadows you must set Marks On Walls on.", 1 } },
+            { "Sets type of shadows rendering.", MsgType::Information, Variant::WhenOrdinaryShadowsWithoutMarks,
+                "Sets type of shadows rendering.\r\nTo enable Ordinary Shadows you must set Marks On Walls on.",
+                MsgType::Caution } },
         { QStringLiteral("cbTexDetail"), { "Sets maximum texture size." } },
         { QStringLiteral("cbTexMode"), { "Sets texture filtering mode." } },
         { QStringLiteral("cbTexQual"), { "Sets texture color depth." } },

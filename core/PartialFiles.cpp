@@ -14,14 +14,13 @@ struct KindInfo
     const char *extension;
     const char *name;
     const char *description;
-    const char *page;
 };
 
 const std::array<KindInfo, 4> kinds { {
-    { FileScope::Controls, "ctr", "controls", "Controls Settings File", "Control" },
-    { FileScope::Renderer, "rnr", "renderer", "Renderer Settings File", "Renderer" },
-    { FileScope::HudDisplay, "hud", "hud", "HUD Display Settings File", "HUD Display" },
-    { FileScope::Railgun, "rlg", "railgun", "Railgun Settings File", "Railgun" },
+    { FileScope::Controls, "ctr", "controls", "Controls Settings File" },
+    { FileScope::Renderer, "rnr", "renderer", "Renderer Settings File" },
+    { FileScope::HudDisplay, "hud", "hud", "HUD Display Settings File" },
+    { FileScope::Railgun, "rlg", "railgun", "Railgun Settings File" },
 } };
 
 const KindInfo &info(PartialKind kind)
@@ -62,11 +61,6 @@ QString importFilter(PartialKind kind)
 QString defaultExtension(PartialKind kind)
 {
     return CfgText::asciiUpper(QString::fromLatin1(info(kind).extension));
-}
-
-QString pageAfterImport(PartialKind kind)
-{
-    return QString::fromLatin1(info(kind).page);
 }
 
 std::optional<PartialKind> kindOfPath(const QString &path)

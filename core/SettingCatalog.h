@@ -35,11 +35,14 @@ enum class Mapping {
     ShownOnly, // on a page, never read or written
 };
 
+/// The help board's message types, each with its own icon.
+enum class MsgType { Warning = 0, Caution = 1, Information = 2, Hint = 3 };
+
 /// Part of the help board's text: the board's icon is the message type.
 struct HelpText
 {
     QString text;
-    int msgType = 2;
+    MsgType msgType = MsgType::Information;
 };
 
 struct ReadRule

@@ -4,26 +4,6 @@
 
 namespace GameFolder {
 
-namespace {
-
-    QString &current()
-    {
-        static QString folder;
-        return folder;
-    }
-
-} // namespace
-
-QString path()
-{
-    return current();
-}
-
-void setPath(const QString &folder)
-{
-    current() = folder;
-}
-
 const QStringList &executableNames()
 {
     static const QStringList names {

@@ -1,15 +1,11 @@
-// GameFolder: where Quake III Arena is installed, whether that folder holds the game, and the paths the
-// program derives from it.
+// GameFolder: whether a folder holds Quake III Arena, and the paths the program derives from the game folder
+// (which the program settings carry).
 #pragma once
 
 #include <QString>
 #include <QStringList>
 
 namespace GameFolder {
-
-/// The game folder as the user chose or typed it; may be empty.
-QString path();
-void setPath(const QString &folder);
 
 /// The names of the game programs a folder may hold: the original's, then current engines' builds.
 const QStringList &executableNames();

@@ -18,7 +18,6 @@
 namespace {
 
 const QString pageTitle = QStringLiteral("PK3 Explorer");
-const QString programTitle = QStringLiteral("Tarnwick");
 
 // The list of a big archive takes a moment to read and to sort.
 class WaitCursor
@@ -252,12 +251,16 @@ Pk3ExplorerPage::~Pk3ExplorerPage() = default;
 
 bool Pk3ExplorerPage::LoadPK3(QString path)
 {
-    if (!confirmExtension(path)) {
+    path = Prompts::fileOfKind(
+        this, path, [](const QString &name) { return name.right(3).toUpper() == QLatin1String("PK3"); },
+        QStringLiteral("This isn't an PK3 file."), QStringLiteral("Quake 3 Pak File (*.pk3)|*.pk3"),
+        QStringLiteral("pk3"), QString());
+    if (path.isEmpty()) {
         updateButtons();
         return false;
     }
     if (path == m_currentPath
-        && Prompts::ask(this, programTitle,
+        && Prompts::ask(this, Prompts::programTitle(),
                QStringLiteral("File you are trying to load is currently open by Tarnwick.\n"
                               "Would you like to re-open it?"),
                QMessageBox::Yes | QMessageBox::No, QMessageBox::Question)
@@ -269,7 +272,7 @@ bool Pk3ExplorerPage::LoadPK3(QString path)
     if (!readArchive(path, reader))
         return false;
     if (reader.FileCount() == 0
-        && Prompts::ask(this, programTitle,
+        && Prompts::ask(this, Prompts::programTitle(),
                QStringLiteral("This pak file contains no files. Would you like to load it?"),
                QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
             != QMessageBox::Yes) {
@@ -278,27 +281,6 @@ bool Pk3ExplorerPage::LoadPK3(QString path)
     }
     showArchive(path, std::move(reader));
     return true;
-}
-
-// Asks for a file while `path` is empty and until one ending in "PK3" is chosen; false when cancelled.
-bool Pk3ExplorerPage::confirmExtension(QString &path)
-{
-    for (;;) {
-        if (path.isEmpty()) {
-            path = Prompts::openFileName(
-                this, QStringLiteral("Open"), QStringLiteral("Quake 3 Pak File (*.pk3)|*.pk3"), QString());
-            if (path.isEmpty())
-                return false;
-        }
-        if (path.right(3).toUpper() == QLatin1String("PK3"))
-            return true;
-        if (Prompts::ask(this, QStringLiteral("Incorrect file extension"),
-                QStringLiteral("This isn't an PK3 file.\nDo you want to choose another file?"),
-                QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
-            != QMessageBox::Yes)
-            return false;
-        path.clear();
-    }
 }
 
 bool Pk3ExplorerPage::readArchive(const QString &path, cUnzip &reader)
@@ -318,7 +300,7 @@ bool Pk3ExplorerPage::readArchive(const QString &path, cUnzip &reader)
         : QStringLiteral("Can't read the pak file \"%1\": %2")
               .arg(QDir::toNativeSeparators(path),
                   error.isEmpty() ? QStringLiteral("it isn't a zip archive, or it is damaged") : error);
-    Prompts::ask(this, programTitle, text, QMessageBox::Ok, QMessageBox::Critical);
+    Prompts::ask(this, Prompts::programTitle(), text, QMessageBox::Ok, QMessageBox::Critical);
     return false;
 }
 

@@ -46,7 +46,6 @@ Q_SIGNALS:
 private:
     class EntryModel;
 
-    bool confirmExtension(QString &path);
     bool readArchive(const QString &path, cUnzip &reader);
     void showArchive(const QString &path, cUnzip &&reader);
     void sortByHeader(int column);

@@ -2,6 +2,7 @@
 
 #include "VirtualKeys.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -26,6 +27,78 @@ protected:
         event->accept();
         return true;
     }
+};
+
+// After a capture that a key ended, that key may still be held. Its repeats and its release belong to the capture,
+// and so does every key pressed while a held modifier is down (the Q of Alt+Q): none reaches the window below, not
+// even as a shortcut.
+class HeldKeySwallower : public QObject
+{
+public:
+    explicit HeldKeySwallower(int key)
+        : QObject(qApp)
+        , m_key(key)
+        , m_modifier(modifierOf(key))
+    {
+        qApp->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::ShortcutOverride:
+        case QEvent::KeyPress:
+        case QEvent::KeyRelease: {
+            const auto *key = static_cast<const QKeyEvent *>(event);
+            if (key->key() == m_key && !key->isAutoRepeat()) {
+                done();
+                // Its release ends the capture's key; a fresh press of it means it was let go unseen: it is new.
+                return event->type() == QEvent::KeyRelease;
+            }
+            const bool held
+                = key->key() == m_key || (m_modifier != Qt::NoModifier && key->modifiers().testFlag(m_modifier));
+            if (!held) {
+                // The key was let go where this program did not see it: what comes now is new.
+                done();
+                return false;
+            }
+            event->accept();
+            return true;
+        }
+        case QEvent::ApplicationDeactivate:
+            done();
+            return false;
+        default:
+            return QObject::eventFilter(watched, event);
+        }
+    }
+
+private:
+    static Qt::KeyboardModifier modifierOf(int key)
+    {
+        switch (key) {
+        case Qt::Key_Shift:
+            return Qt::ShiftModifier;
+        case Qt::Key_Control:
+            return Qt::ControlModifier;
+        case Qt::Key_Alt:
+            return Qt::AltModifier;
+        case Qt::Key_Meta:
+            return Qt::MetaModifier;
+        default:
+            return Qt::NoModifier;
+        }
+    }
+
+    void done()
+    {
+        qApp->removeEventFilter(this);
+        deleteLater();
+    }
+
+    int m_key;
+    Qt::KeyboardModifier m_modifier;
 };
 
 int mouseButtonMask(Qt::MouseButton button)
@@ -78,14 +151,17 @@ void frmKey::keyPressEvent(QKeyEvent *event)
 {
     const int code = VirtualKeys::fromQtKey(event->key(), event->modifiers(), event->nativeVirtualKey());
     event->accept();
+    if (code < 0)
+        return; // a key without a code (Print Screen among others) leaves the dialog waiting
     if (code == EscapeCode) {
+        new HeldKeySwallower(event->key());
         reject();
         return;
     }
-    if (code < 0)
-        return; // a key without a code (Print Screen among others) leaves the dialog waiting
-    if (const std::optional<QString> name = KeyNameFromKeyCode(quint16(code)))
+    if (const std::optional<QString> name = KeyNameFromKeyCode(quint16(code))) {
+        new HeldKeySwallower(event->key());
         finish(*name);
+    }
 }
 
 void frmKey::mouseReleaseEvent(QMouseEvent *event)
@@ -127,7 +203,7 @@ void frmKey::finish(const QString &keyName)
     m_done = false;
 }
 
-KeyCaptureResult CaptureKey(QWidget *owner)
+KeyCaptureResult CaptureKey(QWidget *owner, const std::function<void(QDialog *)> &showModal)
 {
     auto *dialog = owner->findChild<frmKey *>(QString(), Qt::FindDirectChildrenOnly);
     if (!dialog)
@@ -135,6 +211,9 @@ KeyCaptureResult CaptureKey(QWidget *owner)
     dialog->reset();
     const QPoint ownerCentre = owner->mapToGlobal(owner->rect().center());
     dialog->move(ownerCentre - dialog->rect().center());
-    dialog->exec();
+    if (showModal)
+        showModal(dialog);
+    else
+        dialog->exec();
     return dialog->result();
 }

@@ -4,6 +4,7 @@
 #include "KeyNames.h"
 
 #include <QDialog>
+#include <functional>
 
 class frmKey : public QDialog
 {
@@ -34,5 +35,6 @@ private:
     bool m_done = false;
 };
 
-/// Shows the owner's capture dialog modally (made on first use, reused after) and returns its outcome.
-KeyCaptureResult CaptureKey(QWidget *owner);
+/// Shows the owner's capture dialog modally (made on first use, reused after) through `showModal` (plain exec()
+/// without one) and returns its outcome. The key that ends a capture is consumed until it is let go.
+KeyCaptureResult CaptureKey(QWidget *owner, const std::function<void(QDialog *)> &showModal = {});

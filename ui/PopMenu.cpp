@@ -117,8 +117,23 @@ void PopMenu::watch(QMenu *menu, bool topLevel)
             }
         }
     });
-    if (topLevel)
-        connect(menu, &QMenu::aboutToHide, this, &PopMenu::closed);
+    // A submenu closing while the menu it hangs from stays open is no end of the menu; one that was popped up
+    // on its own (a toolbar's drop-down) is.
+    connect(menu, &QMenu::aboutToHide, this, [this, menu, topLevel] {
+        if (topLevel || !parentMenuOpen(menu))
+            Q_EMIT closed();
+    });
+}
+
+bool PopMenu::parentMenuOpen(const QMenu *menu) const
+{
+    for (const Item &item : m_items) {
+        if (item.menu == menu) {
+            const Item *parent = find(item.parentKey);
+            return parent && parent->menu && parent->menu->isVisible();
+        }
+    }
+    return false;
 }
 
 bool PopMenu::eventFilter(QObject *watched, QEvent *event)

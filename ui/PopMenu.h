@@ -68,7 +68,7 @@ Q_SIGNALS:
     void click(int index);
     /// An item is highlighted: its help text, empty for a separator or an item without help.
     void highlighted(const QString &helpText);
-    /// A menu of the bar closed.
+    /// A menu closed: one of the bar, or a submenu popped up on its own.
     void closed();
 
 protected:
@@ -89,6 +89,7 @@ private:
     Item *find(const QString &key);
     QMenu *menuFor(Item &parent);
     void watch(QMenu *menu, bool topLevel);
+    bool parentMenuOpen(const QMenu *menu) const;
     void repaintMenus();
 
     QMenuBar *m_bar;

@@ -1,13 +1,19 @@
 #include "Prompts.h"
 
-#include "Program.h"
-
 #include <QFileDialog>
+#include <QHeaderView>
 #include <QQueue>
+#include <QTreeView>
 
 namespace Prompts {
 
 namespace {
+
+    Gate *&gate()
+    {
+        static Gate *installed = nullptr;
+        return installed;
+    }
 
     QQueue<Answer> &answers()
     {
@@ -35,7 +41,7 @@ namespace {
 
     void record(const QString &title, const QString &text, const QString &folder = QString())
     {
-        shown().append({ title, text, !Program::HotKeysEnabled, folder });
+        shown().append({ title, text, !gate() || !gate()->commandsEnabled(), folder });
         if (whileShown())
             whileShown()();
     }
@@ -46,12 +52,51 @@ namespace {
         return answers().isEmpty() ? Answer(QMessageBox::Cancel) : answers().dequeue();
     }
 
+    QString dialogAnswer(const QString &title, const QString &filter, const QString &folder)
+    {
+        record(title, filter, folder);
+        const Answer a = nextAnswer();
+        return a.isPath ? a.path : QString();
+    }
+
+    QString chosenFile(QWidget *parent, bool save, const QString &title, const QString &filter,
+        const QString &defaultSuffix, const QString &folder)
+    {
+        const CommandsOff off;
+        if (testing())
+            return dialogAnswer(title, filter, folder);
+        const std::unique_ptr<QFileDialog> dialog = fileDialog(parent, save, title, filter, defaultSuffix, folder);
+        return dialog->exec() == QDialog::Accepted ? dialog->selectedFiles().value(0) : QString();
+    }
+
 } // namespace
+
+void setGate(Gate *installed)
+{
+    gate() = installed;
+}
+
+bool exitPending()
+{
+    return gate() && gate()->exitPending();
+}
+
+CommandsOff::CommandsOff()
+{
+    if (gate())
+        gate()->dialogOpened();
+}
+
+CommandsOff::~CommandsOff()
+{
+    if (gate())
+        gate()->dialogClosed();
+}
 
 QMessageBox::StandardButton ask(QWidget *parent, const QString &title, const QString &text,
     QMessageBox::StandardButtons buttons, QMessageBox::Icon icon)
 {
-    const Program::HotKeysOff off;
+    const CommandsOff off;
     if (testing()) {
         record(title, text);
         const Answer a = nextAnswer();
@@ -86,41 +131,66 @@ QStringList filterList(const QString &filter)
     return out;
 }
 
-static QString dialogAnswer(const QString &title, const QString &filter, const QString &folder)
+std::unique_ptr<QFileDialog> fileDialog(QWidget *parent, bool save, const QString &title, const QString &filter,
+    const QString &defaultSuffix, const QString &folder)
 {
-    record(title, filter, folder);
-    const Answer a = nextAnswer();
-    return a.isPath ? a.path : QString();
+    auto dialog = std::make_unique<QFileDialog>(parent, title, folder);
+    if (save) {
+        dialog->setAcceptMode(QFileDialog::AcceptSave);
+        dialog->setOption(QFileDialog::DontConfirmOverwrite); // Save As replaces a file without asking
+    } else {
+        dialog->setFileMode(QFileDialog::ExistingFile);
+    }
+    dialog->setNameFilters(filterList(filter));
+    dialog->setDefaultSuffix(defaultSuffix);
+    // Wide enough for the name, size, type and date columns side by side, none of them elided.
+    const QFontMetrics metrics = dialog->fontMetrics();
+    dialog->resize(dialog->sizeHint().expandedTo(QSize(metrics.averageCharWidth() * 110, metrics.height() * 26)));
+    if (auto *details = dialog->findChild<QTreeView *>(QStringLiteral("treeView"))) {
+        QHeaderView *header = details->header();
+        const int name = metrics.averageCharWidth() * 40;
+        header->resizeSection(0, name);
+        for (int column = 1; column < header->count(); ++column)
+            header->resizeSection(column, qMax(header->sectionSize(column), metrics.averageCharWidth() * 16));
+    }
+    return dialog;
 }
 
-QString openFileName(QWidget *parent, const QString &title, const QString &filter, const QString &folder)
+QString openFileName(
+    QWidget *parent, const QString &title, const QString &filter, const QString &defaultSuffix, const QString &folder)
 {
-    const Program::HotKeysOff off;
-    if (testing())
-        return dialogAnswer(title, filter, folder);
-    QFileDialog dialog(parent, title, folder);
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilters(filterList(filter));
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return chosenFile(parent, false, title, filter, defaultSuffix, folder);
 }
 
 QString saveFileName(
     QWidget *parent, const QString &title, const QString &filter, const QString &defaultSuffix, const QString &folder)
 {
-    const Program::HotKeysOff off;
-    if (testing())
-        return dialogAnswer(title, filter, folder);
-    QFileDialog dialog(parent, title, folder);
-    dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setOption(QFileDialog::DontConfirmOverwrite); // Save As replaces a file without asking
-    dialog.setNameFilters(filterList(filter));
-    dialog.setDefaultSuffix(defaultSuffix);
-    return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+    return chosenFile(parent, true, title, filter, defaultSuffix, folder);
+}
+
+QString fileOfKind(QWidget *parent, QString path, const std::function<bool(const QString &)> &fits,
+    const QString &notThisKind, const QString &filter, const QString &defaultSuffix, const QString &folder)
+{
+    for (;;) {
+        if (path.isEmpty()) {
+            path = openFileName(parent, QStringLiteral("Open"), filter, defaultSuffix, folder);
+            if (path.isEmpty())
+                return QString();
+        }
+        if (fits(path))
+            return path;
+        if (ask(parent, QStringLiteral("Incorrect file extension"),
+                notThisKind + QStringLiteral("\nDo you want to choose another file?"),
+                QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
+            != QMessageBox::Yes)
+            return QString();
+        path.clear();
+    }
 }
 
 QString folderName(QWidget *parent, const QString &title, const QString &initialFolder)
 {
-    const Program::HotKeysOff off;
+    const CommandsOff off;
     if (testing())
         return dialogAnswer(title, initialFolder, initialFolder);
     return QFileDialog::getExistingDirectory(parent, title, initialFolder, QFileDialog::ShowDirsOnly);

@@ -3,6 +3,7 @@
 #include "ConfigDocument.h"
 #include "ControlBinder.h"
 #include "Keys.h"
+#include "ShellWindow.h"
 #include "TwinLabel.h"
 #include "frmKey.h"
 
@@ -36,9 +37,10 @@ QWidget *settingsColumn(ControlBinder &binder, std::initializer_list<const char 
 
 } // namespace
 
-ControlPage::ControlPage(ConfigDocument &doc, ControlBinder &binder, QWidget *parent)
+ControlPage::ControlPage(ConfigDocument &doc, ControlBinder &binder, ShellWindow &shell, QWidget *parent)
     : QWidget(parent)
     , m_doc(doc)
+    , m_shell(shell)
     , m_stack(new QStackedLayout(this))
 {
     m_stack->setContentsMargins(0, 0, 0, 0);
@@ -100,19 +102,19 @@ QWidget *ControlPage::buildSubPage(const char *name, const char *page, const cha
     return sub;
 }
 
-QWidget *ControlPage::subPage(int index) const
+QWidget *ControlPage::subPage(ControlSubPage subPage) const
 {
-    return m_stack->widget(index);
+    return m_stack->widget(int(subPage));
 }
 
-void ControlPage::showSubPage(int index)
+void ControlPage::showSubPage(ControlSubPage subPage)
 {
-    m_stack->setCurrentIndex(index);
+    m_stack->setCurrentIndex(int(subPage));
 }
 
-int ControlPage::currentSubPage() const
+ControlSubPage ControlPage::currentSubPage() const
 {
-    return m_stack->currentIndex();
+    return ControlSubPage(m_stack->currentIndex());
 }
 
 void ControlPage::alignKeyColumns()
@@ -149,7 +151,7 @@ void ControlPage::changeEvent(QEvent *event)
 
 void ControlPage::defineKey(int action, KeySlot slot)
 {
-    const KeyCaptureResult result = CaptureKey(window());
+    const KeyCaptureResult result = CaptureKey(window(), [this](QDialog *capture) { m_shell.ShowForm(capture, true); });
     if (!result.cancelled && !result.keyName.isEmpty())
         m_doc.DefineKey(action, slot, result.keyName);
 }

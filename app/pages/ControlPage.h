@@ -3,6 +3,7 @@
 #pragma once
 
 #include "ActionBindings.h"
+#include "Pages.h"
 
 #include <QWidget>
 #include <array>
@@ -13,19 +14,20 @@ class Keys;
 class QGridLayout;
 class QLabel;
 class QStackedLayout;
+class ShellWindow;
 
 class ControlPage : public QWidget
 {
     Q_OBJECT
 
 public:
-    ControlPage(ConfigDocument &doc, ControlBinder &binder, QWidget *parent = nullptr);
+    /// Key captures show through `shell`, as every dialog of the program does.
+    ControlPage(ConfigDocument &doc, ControlBinder &binder, ShellWindow &shell, QWidget *parent = nullptr);
 
-    static constexpr int SubPageCount = 4;
     /// Move, Shoot, Look, Miscellaneous: picMove, picShoot, picLook, picMisc.
-    QWidget *subPage(int index) const;
-    void showSubPage(int index);
-    int currentSubPage() const;
+    QWidget *subPage(ControlSubPage subPage) const;
+    void showSubPage(ControlSubPage subPage);
+    ControlSubPage currentSubPage() const;
     Keys *keyButton(int action) const { return m_keys.at(action); }
 
 protected:
@@ -38,6 +40,7 @@ private:
     void defineKey(int action, KeySlot slot);
 
     ConfigDocument &m_doc;
+    ShellWindow &m_shell;
     QStackedLayout *m_stack;
     QList<QGridLayout *> m_grids;
     QList<QLabel *> m_captions;

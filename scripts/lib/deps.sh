@@ -96,7 +96,8 @@ tarnwick_check_format()
     local -a unformatted=()
     local file
     while IFS= read -r -d '' file; do
-        if ! clang-format --dry-run --Werror "$file" >/dev/null 2>&1; then
+        [[ -f "$TARNWICK_ROOT/$file" ]] || continue # deleted, not yet committed
+        if ! clang-format --dry-run --Werror "$TARNWICK_ROOT/$file" >/dev/null 2>&1; then
             unformatted+=("$file")
         fi
     done < <(cd "$TARNWICK_ROOT" && git ls-files -z -- '*.cpp' '*.h')

@@ -75,7 +75,7 @@ void tst_CommandLine::classify()
     const CommandLine::Request request = CommandLine::classify(text.replace(u'@', m_dir.path()));
     QCOMPARE(int(request.action), action);
     QCOMPARE(request.path, path.replace(u'@', m_dir.path()));
-    QCOMPARE(request.kind, kind);
+    QCOMPARE(request.kind ? int(*request.kind) : -1, kind);
 }
 
 void tst_CommandLine::joinArguments()

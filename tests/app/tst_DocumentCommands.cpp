@@ -1,21 +1,24 @@
 // New, Open, Save, Save As and Restore Defaults on the real window, every box answered through Prompts.
 #include "ConfigWriter.h"
 #include "DocumentCommands.h"
-#include "GameFolder.h"
 #include "Prompts.h"
 #include "SettingCatalog.h"
 #include "TestFiles.h"
+#include "WindowSettings.h"
 #include "frmMain.h"
 #include "frmNew.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTreeView>
 
 using Prompts::Answer;
 Q_DECLARE_METATYPE(ActionBinding)
@@ -36,6 +39,8 @@ private Q_SLOTS:
     void saveAsReplacesWithoutAsking();
     void failedSaveKeepsTheOldFile_data();
     void failedSaveKeepsTheOldFile();
+    void failedSaveOfACleanDocumentLeavesItClean();
+    void fileDialogsCompleteTheExtension();
     void restoreDefaultsBringsBackSettingsNotKeys();
     void dialogsStartWhereTheFilesAre_data();
     void dialogsStartWhereTheFilesAre();
@@ -228,6 +233,43 @@ void tst_DocumentCommands::failedSaveKeepsTheOldFile()
     QFile::setPermissions(m_dir.filePath("locked"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+void tst_DocumentCommands::failedSaveOfACleanDocumentLeavesItClean()
+{
+    // Save of an unchanged document where a folder has since taken the file's place: the box says why, and the
+    // document is as unchanged as before.
+    const QString path = file("gone.cfg");
+    QVERIFY(m_window->documentCommands().OpenCfg(path));
+    QVERIFY(QFile::remove(path) && QDir().mkdir(path));
+    Prompts::setNextAnswers({ QMessageBox::Ok });
+    m_window->documentCommands().saveCommand();
+    QCOMPARE(Prompts::takeShown().value(0).title, QStringLiteral("Save Config File"));
+    QVERIFY(m_window->documentCommands().saveCancelled());
+    QVERIFY(!m_window->document().isModified());
+}
+
+void tst_DocumentCommands::fileDialogsCompleteTheExtension()
+{
+    // The real dialog, as Open shows it: a name typed without its extension finds the configuration file.
+    file("q3config.cfg");
+    const auto dialog = Prompts::fileDialog(
+        nullptr, false, "Open", DocumentCommands::configFilter(), QStringLiteral("cfg"), m_dir.path());
+    dialog->setOption(QFileDialog::DontUseNativeDialog);
+    dialog->show();
+    QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+    // Wide enough that the size and type columns are not cut short.
+    auto *details = dialog->findChild<QTreeView *>("treeView");
+    QVERIFY(details);
+    const QFontMetrics metrics = details->fontMetrics();
+    for (int column : { 1, 2 })
+        QVERIFY2(details->header()->sectionSize(column) > metrics.horizontalAdvance("999 bytes "),
+            qPrintable(QString::number(column)));
+    QVERIFY(dialog->width() >= details->header()->length());
+    dialog->findChild<QLineEdit *>("fileNameEdit")->setText("q3config");
+    QMetaObject::invokeMethod(dialog.get(), "accept", Qt::DirectConnection);
+    QCOMPARE(dialog->result(), int(QDialog::Accepted));
+    QCOMPARE(dialog->selectedFiles().value(0), m_dir.filePath("q3config.cfg"));
+}
+
 void tst_DocumentCommands::restoreDefaultsBringsBackSettingsNotKeys()
 {
     ConfigDocument &doc = m_window->document();
@@ -277,7 +319,7 @@ void tst_DocumentCommands::dialogsStartWhereTheFilesAre()
     root.mkpath("mine");
     const QByteArray oldHome = qgetenv("HOME");
     qputenv("HOME", root.filePath("home").toLocal8Bit());
-    GameFolder::setPath(root.filePath("game"));
+    m_window->settings().setGameFolder(root.filePath("game"));
     if (opened) {
         QFile f(root.filePath("mine/q3.cfg"));
         QVERIFY(f.open(QIODevice::WriteOnly));
@@ -286,9 +328,8 @@ void tst_DocumentCommands::dialogsStartWhereTheFilesAre()
     }
     Prompts::setNextAnswers({ QString(), QString() });
     m_window->documentCommands().OpenCfg(QString());
-    m_window->documentCommands().ImportFile(QString(), 2);
+    m_window->documentCommands().ImportFile(QString(), PartialKind::HudDisplay);
     qputenv("HOME", oldHome);
-    GameFolder::setPath(QString());
     const QMap<QString, QString> expected { { "", "" }, { "game", root.filePath("game/baseq3") },
         { "user", root.filePath("home/.q3a/baseq3") }, { "opened", root.filePath("mine") } };
     const QList<Prompts::Shown> shown = Prompts::takeShown();

@@ -1,4 +1,4 @@
-// Drives the real main window: pages and the left bar, the help board, dependencies, slider labels,
+// Drives the real main window: pages and the left bar, the help board, the controls wired to their rules,
 // text fields, key buttons, and a configuration shown in every control.
 #include "AppFont.h"
 #include "ConfigWriter.h"
@@ -8,6 +8,7 @@
 #include "MsgBoard.h"
 #include "Pk3ExplorerPage.h"
 #include "SettingCatalog.h"
+#include "TestCorpus.h"
 #include "TitleStrip.h"
 #include "frmKey.h"
 #include "frmMain.h"
@@ -15,7 +16,6 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDirIterator>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProcess>
@@ -48,7 +48,10 @@ private Q_SLOTS:
     void largerFontScrollsInsteadOfClipping();
     void clientPasswordDialog();
     void editsMarkModified();
+    void controlsFollowTheirRules();
+    void emptiedNumberComesBack();
     void keyButtonsDefineMoveAndDelete();
+    void corpusFilesShowAndWriteBack_data() { TestCorpus::addRows(); }
     void corpusFilesShowAndWriteBack();
 
 private:
@@ -60,6 +63,11 @@ private:
         return widget;
     }
     MsgBoard *board() const { return find<MsgBoard>(QStringLiteral("MsgBoard1")); }
+    void hover(QWidget *widget) const
+    {
+        QEnterEvent enter(QPointF(1, 1), widget->mapTo(m_window, QPointF(1, 1)), widget->mapToGlobal(QPointF(1, 1)));
+        QApplication::sendEvent(widget, &enter);
+    }
     void setChecked(const QString &box, bool on) const;
     int buttonTop(const QString &name) const { return find<QWidget>(name)->geometry().top(); }
 
@@ -147,11 +155,11 @@ void tst_MainWindow::pk3TitleFollowsTheArchive()
     zip.start("zip", { "-q", archive, "readme.txt" });
     if (!zip.waitForFinished() || zip.exitCode() != 0)
         QSKIP("needs the zip tool");
-    m_window->SelectPage(frmMain::PK3Page);
+    m_window->SelectPage(Page::Pk3Explorer);
     QVERIFY(m_window->pk3Page()->LoadPK3(archive));
     QCOMPARE(m_window->title(), "PK3 Explorer - " + archive);
-    m_window->SelectPage(0);
-    m_window->SelectPage(frmMain::PK3Page);
+    m_window->SelectPage(Page(0));
+    m_window->SelectPage(Page::Pk3Explorer);
     QCOMPARE(m_window->title(), "PK3 Explorer - " + archive);
     m_window->pk3Page()->ClosePK3();
     QCOMPARE(m_window->title(), QStringLiteral("PK3 Explorer"));
@@ -166,7 +174,7 @@ void tst_MainWindow::selectPage()
     QFETCH(bool, boardShown);
 
     // Start from another page, so every container has been shown once and must hide again.
-    find<QAbstractButton>(QStringLiteral("btnMain_%1").arg((index + 1) % frmMain::PageCount))->click();
+    find<QAbstractButton>(QStringLiteral("btnMain_%1").arg((index + 1) % PageCount))->click();
     const QString before = board()->Message();
     QTest::mouseClick(find<QWidget>(QStringLiteral("btnMain_%1").arg(index)), Qt::LeftButton);
     QCOMPARE(m_window->title(), title);
@@ -180,9 +188,9 @@ void tst_MainWindow::selectPage()
     QCOMPARE(board()->MsgType(), 2);
 
     // Indices outside the pages change nothing.
-    m_window->SelectPage(8);
-    m_window->SelectPage(-1);
-    QCOMPARE(m_window->currentPage(), index);
+    m_window->SelectPage(Page(8));
+    m_window->SelectPage(Page(-1));
+    QCOMPARE(m_window->currentPage(), std::optional(Page(index)));
 }
 
 void tst_MainWindow::leftBarPositions()
@@ -192,11 +200,11 @@ void tst_MainWindow::leftBarPositions()
     const QList<int> shown { 30, 420, 810, 2760, 3150, 3540, 3930, 4320 };
     const QList<int> subPages { 1200, 1590, 1980, 2370 };
     const auto check = [this](const QList<int> &tops) {
-        for (int i = 0; i < frmMain::PageCount; ++i)
+        for (int i = 0; i < PageCount; ++i)
             QCOMPARE(buttonTop(QStringLiteral("btnMain_%1").arg(i)), tops[i] / 15);
     };
     check(hidden);
-    m_window->SelectPage(2);
+    m_window->SelectPage(Page(2));
     check(shown);
     for (int i = 0; i < 4; ++i) {
         QWidget *button = find<QWidget>(QStringLiteral("btnCtrls_%1").arg(i));
@@ -204,7 +212,7 @@ void tst_MainWindow::leftBarPositions()
         QCOMPARE(button->geometry(), QRect(7, subPages[i] / 15, 94, 25));
     }
     QCOMPARE(find<QWidget>(QStringLiteral("btnMain_3"))->geometry(), QRect(2, 184, 104, 25));
-    m_window->SelectPage(5);
+    m_window->SelectPage(Page(5));
     check(hidden);
     QVERIFY(!find<QWidget>(QStringLiteral("btnCtrls_0"))->isVisible());
 }
@@ -230,13 +238,13 @@ void tst_MainWindow::controlSubPages()
     QFETCH(QString, subPage);
     QFETCH(QString, title);
 
-    m_window->SelectPage(2);
+    m_window->SelectPage(Page(2));
     QTest::mouseClick(find<QWidget>(QStringLiteral("btnCtrls_%1").arg(index)), Qt::LeftButton);
     QCOMPARE(m_window->title(), title);
     for (const char *name : { "picMove", "picShoot", "picLook", "picMisc" })
         QCOMPARE(find<QWidget>(QString::fromLatin1(name))->isVisible(), subPage == QLatin1StringView(name));
     // Clicking Control again starts over on Move.
-    m_window->SelectPage(2);
+    m_window->SelectPage(Page(2));
     QVERIFY(find<QWidget>(QStringLiteral("picMove"))->isVisible());
     QCOMPARE(m_window->title(), QStringLiteral("Control - Move"));
 }
@@ -245,11 +253,11 @@ void tst_MainWindow::pagesFitAtOpeningSize()
 {
     // A desktop frame takes a border and a caption off the opening size; the pages must still fit.
     m_window->resize(695 - 8, 500 - 31);
-    for (int page = 0; page < frmMain::PK3Page; ++page) {
-        m_window->SelectPage(page);
+    for (int page = 0; page < int(Page::Pk3Explorer); ++page) {
+        m_window->SelectPage(Page(page));
         for (int sub = 0; sub < (page == 2 ? 4 : 1); ++sub) {
             if (page == 2)
-                m_window->SelectControlSubPage(sub);
+                m_window->SelectControlSubPage(ControlSubPage(sub));
             QApplication::processEvents();
             auto *area = qobject_cast<QScrollArea *>(
                 m_window->findChildren<QScrollArea *>().at(0)->parentWidget()->findChildren<QScrollArea *>().at(page));
@@ -271,7 +279,7 @@ void tst_MainWindow::regionsFollowTheWindow()
 {
     m_window->resize(900, 700);
     QApplication::processEvents();
-    m_window->SelectPage(3);
+    m_window->SelectPage(Page(3));
     const QWidget *client = m_window->centralWidget();
     const int width = client->width();
     const int height = client->height();
@@ -289,7 +297,7 @@ void tst_MainWindow::largerFontScrollsInsteadOfClipping()
     QFont big = QApplication::font();
     big.setPointSize(big.pointSize() * 2);
     m_window->setFont(big);
-    m_window->SelectPage(3);
+    m_window->SelectPage(Page(3));
     QApplication::processEvents();
     auto *page = find<QScrollArea>(QStringLiteral("picGFX"));
     QVERIFY(page->verticalScrollBar()->isVisible() || page->horizontalScrollBar()->isVisible());
@@ -298,7 +306,7 @@ void tst_MainWindow::largerFontScrollsInsteadOfClipping()
 
 void tst_MainWindow::clientPasswordDialog()
 {
-    m_window->SelectPage(1);
+    m_window->SelectPage(Page(1));
     auto *button = find<QPushButton>(QStringLiteral("cmdClPas"));
     QVERIFY(!button->isEnabled());
     setChecked(QStringLiteral("chkPrivSv"), true);
@@ -344,10 +352,52 @@ void tst_MainWindow::editsMarkModified()
     QCOMPARE(doc.state(QStringLiteral("chkTiers"), 4), 1);
 }
 
+void tst_MainWindow::controlsFollowTheirRules()
+{
+    // The rules themselves are tested without a window; here, that the controls are wired to them.
+    m_window->SelectPage(Page::SoundNetwork);
+    auto *udp = find<QCheckBox>(QStringLiteral("chkUDP"));
+    setChecked(QStringLiteral("chkUDP"), false);
+    hover(udp);
+    QVERIFY(board()->Message().startsWith(QStringLiteral("Enables TCP/IP")));
+    QCOMPARE(board()->MsgType(), int(MsgType::Information));
+    // Ticked with the pointer still on it: the text and its type follow at once.
+    udp->click();
+    QVERIFY(board()->Message().startsWith(QStringLiteral("Disables TCP/IP")));
+    QCOMPARE(board()->MsgType(), int(MsgType::Caution));
+    // A change elsewhere leaves the hovered control's text alone.
+    find<QCheckBox>(QStringLiteral("chk8Bit"))->click();
+    QVERIFY(board()->Message().startsWith(QStringLiteral("Disables TCP/IP")));
+
+    // The view size's label is a caption, not a reading.
+    m_window->SelectPage(Page::Client);
+    find<QSlider>(QStringLiteral("Slider1"))->setValue(40);
+    QCOMPARE(find<QLabel>(QStringLiteral("lblSlider1"))->text(), QStringLiteral("View Size: 100"));
+}
+
+void tst_MainWindow::emptiedNumberComesBack()
+{
+    // An emptied number field is never written as 0: the document keeps the value, and the field shows it
+    // again once it loses focus.
+    ConfigDocument &doc = m_window->document();
+    m_window->SelectPage(Page::Client);
+    auto *fov = find<QLineEdit>(QStringLiteral("txtFOV"));
+    fov->setFocus();
+    QTest::keyClick(fov, Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(fov, Qt::Key_Delete);
+    QCOMPARE(fov->text(), QString());
+    QCOMPARE(doc.text(QStringLiteral("txtFOV")), QStringLiteral("90"));
+    find<QLineEdit>(QStringLiteral("txtName"))->setFocus();
+    QCOMPARE(fov->text(), QStringLiteral("90"));
+    // Typed digits still go in as they are.
+    QTest::keyClicks(fov, QStringLiteral("5"));
+    QCOMPARE(doc.text(QStringLiteral("txtFOV")), QStringLiteral("905"));
+}
+
 void tst_MainWindow::keyButtonsDefineMoveAndDelete()
 {
     ConfigDocument &doc = m_window->document();
-    m_window->SelectPage(2);
+    m_window->SelectPage(Page(2));
     const auto press = [this](int action, bool right, Qt::Key key) {
         // The capture dialog is modal: answer it once it is up.
         QTimer::singleShot(0, this, [key] {
@@ -391,56 +441,45 @@ void tst_MainWindow::keyButtonsDefineMoveAndDelete()
 
 void tst_MainWindow::corpusFilesShowAndWriteBack()
 {
+    QFETCH(QString, path);
+    TARNWICK_SKIP_WITHOUT_CORPUS(path);
     const SettingCatalog &catalog = SettingCatalog::instance();
     QTemporaryDir out;
-    int files = 0;
-    QDirIterator it(QStringLiteral(TARNWICK_CORPUS), { QStringLiteral("*.cfg") }, QDir::Files);
-    while (it.hasNext()) {
-        const QString path = it.next();
-        ++files;
-        // A read keeps what an earlier read left where the file is silent: start each file afresh,
-        // as the command-line program does.
-        cleanup();
-        init();
-        QVERIFY2(m_window->documentCommands().OpenCfg(path), qPrintable(path));
-        const ConfigDocument &doc = m_window->document();
-        QVERIFY(!doc.isModified());
-        QCOMPARE(m_window->windowTitle(), doc.displayName() + QStringLiteral(" - Tarnwick"));
+    QVERIFY2(m_window->documentCommands().OpenCfg(path), qPrintable(path));
+    const ConfigDocument &doc = m_window->document();
+    QVERIFY(!doc.isModified());
+    QCOMPARE(m_window->windowTitle(), doc.displayName() + QStringLiteral(" - Tarnwick"));
 
-        // Every control shows the document's value.
-        for (int row = 0; row < catalog.rows().size(); ++row) {
-            const SettingRow &r = catalog.row(row);
-            for (int k = 0; k < r.count; ++k) {
-                const QString name = r.count > 1 ? r.control + u'_' + QString::number(k) : r.control;
-                if (r.kind == ControlKind::OptionPair)
-                    QVERIFY(find<QRadioButton>(r.control + u'_' + QString::number(doc.state(row)))->isChecked());
-                else if (auto *box = qobject_cast<QCheckBox *>(find<QWidget>(name)))
-                    QCOMPARE(box->isChecked(), doc.state(row, k) != 0);
-                else if (auto *list = qobject_cast<QComboBox *>(find<QWidget>(name)))
-                    QCOMPARE(list->currentIndex(), doc.state(row));
-                else if (auto *slider = qobject_cast<QSlider *>(find<QWidget>(name)))
-                    QCOMPARE(slider->value(), doc.state(row));
-                else if (auto *edit = qobject_cast<QLineEdit *>(find<QWidget>(name)))
-                    QCOMPARE(edit->text(), doc.text(row, k));
-                else if (r.isStored())
-                    QCOMPARE(find<QPushButton>(name)->text(), doc.text(row, k));
-            }
+    // Every control shows the document's value.
+    for (int row = 0; row < catalog.rows().size(); ++row) {
+        const SettingRow &r = catalog.row(row);
+        for (int k = 0; k < r.count; ++k) {
+            const QString name = r.count > 1 ? r.control + u'_' + QString::number(k) : r.control;
+            if (r.kind == ControlKind::OptionPair)
+                QVERIFY(find<QRadioButton>(r.control + u'_' + QString::number(doc.state(row)))->isChecked());
+            else if (auto *box = qobject_cast<QCheckBox *>(find<QWidget>(name)))
+                QCOMPARE(box->isChecked(), doc.state(row, k) != 0);
+            else if (auto *list = qobject_cast<QComboBox *>(find<QWidget>(name)))
+                QCOMPARE(list->currentIndex(), doc.state(row));
+            else if (auto *slider = qobject_cast<QSlider *>(find<QWidget>(name)))
+                QCOMPARE(slider->value(), doc.state(row));
+            else if (auto *edit = qobject_cast<QLineEdit *>(find<QWidget>(name)))
+                QCOMPARE(edit->text(), doc.text(row, k));
+            else if (r.isStored())
+                QCOMPARE(find<QPushButton>(name)->text(), doc.text(row, k));
         }
-        for (const ControlRules::Enablement &e : ControlRules::allEffects(doc))
-            QCOMPARE(find<QWidget>(e.control)->isEnabled(), e.enabled);
-        for (int action = 0; action < ActionTable::Count; ++action)
-            QCOMPARE(
-                find<Keys>(QStringLiteral("btnKeys_%1").arg(action))->Caption(), doc.bindings().at(action).firstKey);
-
-        // The window's document writes what the command-line program writes.
-        const QString cliOut = out.filePath(QStringLiteral("cli.cfg"));
-        QCOMPARE(QProcess::execute(QStringLiteral(TARNWICK_CLI), { QStringLiteral("rewrite"), path, cliOut }), 0);
-        QFile written(cliOut);
-        QVERIFY(written.open(QIODevice::ReadOnly));
-        QVERIFY2(ConfigWriter::fileBytes(doc, FileScope::Whole) == written.readAll(), qPrintable(path));
-        written.close();
     }
-    QVERIFY(files > 0);
+    for (const ControlRules::Enablement &e : ControlRules::allEffects(doc))
+        QCOMPARE(find<QWidget>(e.control)->isEnabled(), e.enabled);
+    for (int action = 0; action < ActionTable::Count; ++action)
+        QCOMPARE(find<Keys>(QStringLiteral("btnKeys_%1").arg(action))->Caption(), doc.bindings().at(action).firstKey);
+
+    // The window's document writes what the command-line program writes.
+    const QString cliOut = out.filePath(QStringLiteral("cli.cfg"));
+    QCOMPARE(QProcess::execute(QStringLiteral(TARNWICK_CLI), { QStringLiteral("rewrite"), path, cliOut }), 0);
+    QFile written(cliOut);
+    QVERIFY(written.open(QIODevice::ReadOnly));
+    QVERIFY2(ConfigWriter::fileBytes(doc, FileScope::Whole) == written.readAll(), qPrintable(path));
 }
 
 QTEST_MAIN(tst_MainWindow)

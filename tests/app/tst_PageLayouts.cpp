@@ -62,16 +62,16 @@ void tst_PageLayouts::cleanup()
 
 void tst_PageLayouts::showPage(int page, int sub) const
 {
-    m_window->SelectPage(page);
-    if (page == 2)
-        m_window->SelectControlSubPage(sub);
+    m_window->SelectPage(Page(page));
+    if (Page(page) == Page::Control)
+        m_window->SelectControlSubPage(ControlSubPage(sub));
     QApplication::processEvents();
 }
 
 void tst_PageLayouts::listsShowTheirLongestEntry()
 {
     int lists = 0;
-    for (int page = 0; page < frmMain::PK3Page; ++page) {
+    for (int page = 0; page < int(Page::Pk3Explorer); ++page) {
         showPage(page);
         for (QComboBox *list : m_window->findChildren<QComboBox *>()) {
             if (!list->isVisible())
@@ -121,9 +121,9 @@ void tst_PageLayouts::keyButtonsShareOneColumn()
     auto *control = m_window->findChild<ControlPage *>();
     QVERIFY(control);
     int column = -1;
-    for (int sub = 0; sub < ControlPage::SubPageCount; ++sub) {
+    for (int sub = 0; sub < ControlSubPageCount; ++sub) {
         showPage(2, sub);
-        QWidget *page = control->subPage(sub);
+        QWidget *page = control->subPage(ControlSubPage(sub));
         QRect keysAt; // where the sub-page's first key button stands; every other one stands below it
         for (int action = 0; action < ActionTable::Count; ++action) {
             QWidget *keys = control->keyButton(action);

@@ -1,15 +1,17 @@
 // The window's start-up and close: program settings in and out, the command line, the game folder and the
 // options dialog, on the real window with every box answered through Prompts.
+#include "CommandLineRouter.h"
 #include "Commands.h"
 #include "DocumentCommands.h"
-#include "GameFolder.h"
 #include "LocateGameFolder.h"
 #include "PopMenu.h"
-#include "Program.h"
 #include "ProgramSettings.h"
 #include "Prompts.h"
 #include "SettingCatalog.h"
+#include "StartUp.h"
 #include "TestFiles.h"
+#include "WindowSettings.h"
+#include "frmAbout.h"
 #include "frmMain.h"
 #include "frmOptions.h"
 
@@ -37,12 +39,12 @@ private Q_SLOTS:
     void commandLineRunsItsRequest();
     void commandLineAsksBeforeReplacingChanges_data();
     void commandLineAsksBeforeReplacingChanges();
+    void handOverWaitsForTheOpenDialog();
     void locateGameFolder_data();
     void locateGameFolder();
     void optionsDialog_data();
     void optionsDialog();
     void settingsComeInAndGoOut();
-    void gradientOffSurvivesRestarts();
     void minimizedCloseKeepsThePosition();
 
 private:
@@ -51,6 +53,7 @@ private:
     QStringList titlesShown();
     /// A window started the way the program starts, with `ini` as its settings file.
     frmMain *start(const QString &ini);
+    WindowSettings &settings() { return m_window->settings(); }
 
     frmMain *m_window = nullptr;
     QTemporaryDir m_dir;
@@ -69,13 +72,12 @@ void tst_StartUp::init()
 {
     m_window = new frmMain;
     Prompts::setNextAnswers({});
-    GameFolder::setPath(QString());
 }
 
 void tst_StartUp::cleanup()
 {
     QVERIFY(!Prompts::hasPendingAnswers());
-    QVERIFY(Program::HotKeysEnabled);
+    QVERIFY(m_window->gate().HotKeysEnabled());
     delete m_window;
 }
 
@@ -105,7 +107,7 @@ QStringList tst_StartUp::titlesShown()
 frmMain *tst_StartUp::start(const QString &ini)
 {
     auto *window = new frmMain;
-    window->startUp(nullptr, ini, QCoreApplication::applicationFilePath());
+    StartUp::prepare(*window, nullptr, ini, QCoreApplication::applicationFilePath());
     window->show();
     return window;
 }
@@ -156,13 +158,15 @@ void tst_StartUp::commandLineRunsItsRequest()
     QFETCH(int, page);
     QFETCH(bool, modified);
     const QString path = file.isEmpty() ? m_dir.path() : this->file(file);
-    m_window->showMinimized();
+    // Whatever state the window was in, it comes back normal sized.
+    page == 3 ? m_window->showMaximized() : m_window->showMinimized();
     Prompts::setNextAnswers(answers);
-    m_window->HandleCommandLine(text.replace(u'@', path));
+    m_window->commandLine().HandleCommandLine(text.replace(u'@', path));
     QCOMPARE(titlesShown(), shown);
-    QVERIFY(m_window->isVisible() && !m_window->isMinimized());
+    QVERIFY(m_window->isVisible());
+    QTRY_VERIFY(!m_window->isMinimized() && !m_window->isMaximized());
     QCOMPARE(m_window->windowTitle(), caption);
-    QCOMPARE(m_window->currentPage(), page);
+    QCOMPARE(m_window->currentPage() ? int(*m_window->currentPage()) : -1, page);
     QCOMPARE(m_window->document().isModified(), modified);
 }
 
@@ -185,7 +189,7 @@ void tst_StartUp::commandLineAsksBeforeReplacingChanges()
     QVERIFY(m_window->documentCommands().OpenCfg(old));
     m_window->document().setText(SettingCatalog::instance().indexOfControl(u"txtFOV"), 0, "120");
     Prompts::setNextAnswers(answers);
-    m_window->HandleCommandLine(file("new.cfg"));
+    m_window->commandLine().HandleCommandLine(file("new.cfg"));
     const QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 1);
     QCOMPARE(shown[0].text, QStringLiteral("Save changes to configuration file \n\"old.cfg\" before loading a new?"));
@@ -193,6 +197,26 @@ void tst_StartUp::commandLineAsksBeforeReplacingChanges()
     QFile f(old);
     QVERIFY(f.open(QIODevice::ReadOnly));
     QCOMPARE(f.readAll().contains("seta cg_fov \"120\""), saved);
+}
+
+void tst_StartUp::handOverWaitsForTheOpenDialog()
+{
+    // A later copy hands a file over while the About box is open: the box stays in front and the file opens
+    // once it is closed, nothing hidden behind the window.
+    const QString path = file("handed.cfg");
+    m_window->show();
+    QString captionWhileOpen;
+    QTimer::singleShot(0, this, [&] {
+        QWidget *about = QApplication::activeModalWidget();
+        QVERIFY(qobject_cast<frmAbout *>(about));
+        m_window->commandLine().handOver(path);
+        QCOMPARE(QApplication::activeModalWidget(), about);
+        captionWhileOpen = m_window->windowTitle();
+        qobject_cast<QDialog *>(about)->accept();
+    });
+    m_window->commands().run("About1");
+    QCOMPARE(captionWhileOpen, QStringLiteral("Untitled - Tarnwick"));
+    QTRY_COMPARE(m_window->windowTitle(), QStringLiteral("handed.cfg - Tarnwick"));
 }
 
 void tst_StartUp::locateGameFolder_data()
@@ -220,7 +244,7 @@ void tst_StartUp::locateGameFolder()
     QFETCH(bool, found);
     QFETCH(QString, result);
     auto folderOf = [this](const QString &name) { return gameFolder(name == u"none" ? QString() : name); };
-    GameFolder::setPath(folderOf(stored));
+    QString folder = folderOf(stored);
     QList<Answer> answers;
     QStringList expected;
     for (int i = 0; i < picked.size(); ++i) {
@@ -232,7 +256,7 @@ void tst_StartUp::locateGameFolder()
         }
     }
     Prompts::setNextAnswers(answers);
-    QCOMPARE(LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe")), found);
+    QCOMPARE(LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe"), folder), found);
     const QList<Prompts::Shown> shown = Prompts::takeShown();
     QStringList titles;
     for (const Prompts::Shown &s : shown) {
@@ -244,7 +268,7 @@ void tst_StartUp::locateGameFolder()
                                "Would you like to try again?"));
     }
     QCOMPARE(titles, expected);
-    QCOMPARE(GameFolder::path(), folderOf(result));
+    QCOMPARE(folder, folderOf(result));
 }
 
 void tst_StartUp::optionsDialog_data()
@@ -272,8 +296,8 @@ void tst_StartUp::optionsDialog()
     QFETCH(QString, typed);
     QFETCH(QString, folder);
     QFETCH(bool, gradient);
-    GameFolder::setPath("/games/old");
-    m_window->setGradient(true);
+    settings().setGameFolder("/games/old");
+    settings().setGradient(true);
     Prompts::setNextAnswers({ picked });
     QTimer::singleShot(0, this, [&] {
         auto *dialog = qobject_cast<frmOptions *>(QApplication::activeModalWidget());
@@ -282,7 +306,7 @@ void tst_StartUp::optionsDialog()
         auto *check = dialog->findChild<QCheckBox *>("chkGrad");
         QCOMPARE(path->text(), QStringLiteral("/games/old"));
         QVERIFY(check->isChecked());
-        QVERIFY(!Program::HotKeysEnabled);
+        QVERIFY(!m_window->gate().HotKeysEnabled());
         dialog->findChild<QPushButton *>("cmdSelect")->click();
         if (!picked.isEmpty())
             QCOMPARE(path->text(), picked);
@@ -296,9 +320,9 @@ void tst_StartUp::optionsDialog()
     QCOMPARE(shown.size(), 1);
     QCOMPARE(shown[0].title, QStringLiteral("Select Quake III Arena Folder"));
     QCOMPARE(shown[0].text, QStringLiteral("/games/old")); // the picker starts at the folder shown
-    QCOMPARE(GameFolder::path(), folder);
+    QCOMPARE(settings().gameFolder(), folder);
     QCOMPARE(m_window->commands().menu().highlightStyle() == PopMenu::Gradient, gradient);
-    QCOMPARE(m_window->currentSettings().gradient, gradient ? 1 : 0);
+    QCOMPARE(settings().current().gradient, gradient ? 1 : 0);
 }
 
 void tst_StartUp::settingsComeInAndGoOut()
@@ -309,12 +333,12 @@ void tst_StartUp::settingsComeInAndGoOut()
             + "\r\ngradient=0\r\naot=1\r\nwx=1500\r\nwy=3000\r\npv_wx=10\r\npv_wy=20\r\npv_open=1\r\n");
     delete m_window;
     m_window = start(ini);
-    QCOMPARE(GameFolder::path(), game);
+    QCOMPARE(settings().gameFolder(), game);
     QCOMPARE(m_window->commands().menu().highlightStyle(), PopMenu::Flat);
     QVERIFY(m_window->alwaysOnTop() && m_window->commands().menu().isChecked("OnTop1"));
     QCOMPARE(m_window->commands().menu().caption("Prev1"), QStringLiteral("Hide &Preview"));
-    QCOMPARE(m_window->currentSettings().wx, 1500);
-    QCOMPARE(m_window->currentSettings().wy, 3000);
+    QCOMPARE(settings().current().wx, 1500);
+    QCOMPARE(settings().current().wy, 3000);
     QVERIFY(m_window->close());
     const ProgramSettings out = pbLoadOptions(ini, 0, 0);
     QCOMPARE(out.q3dir, game);
@@ -328,31 +352,10 @@ void tst_StartUp::settingsComeInAndGoOut()
     QVERIFY(Prompts::takeShown().isEmpty()); // a valid game folder asks nothing
 }
 
-void tst_StartUp::gradientOffSurvivesRestarts()
-{
-    const QString ini = m_dir.filePath("gradient.ini");
-    QFile::remove(ini);
-    GameFolder::setPath(gameFolder("quake3.exe"));
-    IniFile::WriteSetting("Tarnwick", "q3dir", GameFolder::path(), ini);
-    delete m_window;
-    m_window = start(ini);
-    QCOMPARE(m_window->commands().menu().highlightStyle(), PopMenu::Gradient); // on without a stored value
-    m_window->setGradient(false);
-    QVERIFY(m_window->close());
-    for (int restart = 0; restart < 2; ++restart) {
-        delete m_window;
-        m_window = start(ini);
-        QCOMPARE(m_window->commands().menu().highlightStyle(), PopMenu::Flat);
-        QVERIFY(m_window->close());
-    }
-    QCOMPARE(IniFile::ReadSetting("Tarnwick", "gradient", "", ini), QStringLiteral("0"));
-}
-
 void tst_StartUp::minimizedCloseKeepsThePosition()
 {
-    GameFolder::setPath(gameFolder("quake3.exe"));
     const QString ini
-        = file("min.ini", "[Tarnwick]\r\nq3dir=" + GameFolder::path().toUtf8() + "\r\nwx=750\r\nwy=1500\r\n");
+        = file("min.ini", "[Tarnwick]\r\nq3dir=" + gameFolder("quake3.exe").toUtf8() + "\r\nwx=750\r\nwy=1500\r\n");
     delete m_window;
     m_window = start(ini);
     m_window->move(300, 200);

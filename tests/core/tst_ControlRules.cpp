@@ -57,7 +57,7 @@ void tst_ControlRules::helpTexts()
     const std::optional<HelpText> help = SettingCatalog::instance().help(key, state, marksOn);
     QCOMPARE(help.has_value(), type >= 0);
     if (help) {
-        QCOMPARE(help->msgType, type);
+        QCOMPARE(int(help->msgType), type);
         QVERIFY2(help->text.contains(part), qPrintable(help->text));
         QCOMPARE(help->text.contains(u'\n'), part.contains(u'\n'));
     }
@@ -159,6 +159,7 @@ void tst_ControlRules::sliderLabels_data()
     QTest::newRow("no handicap") << "sldHandicap" << 100 << "Handicap: 100 / None";
     QTest::newRow("handicap") << "sldHandicap" << 99 << "Handicap: 99";
     QTest::newRow("a unit after") << "sldTCT" << 12 << "Team Chat Time: 12 min";
+    QTest::newRow("view size stays") << "Slider1" << 45 << "View Size: 100";
 }
 
 void tst_ControlRules::sliderLabels()

@@ -1,26 +1,25 @@
 #include "LocateGameFolder.h"
 
 #include "GameFolder.h"
-#include "Program.h"
 #include "Prompts.h"
 
-bool LocateGameFolder(QWidget *owner, const QString &problem)
+bool LocateGameFolder(QWidget *owner, const QString &problem, QString &folder)
 {
-    if (GameFolder::isValid(GameFolder::path()))
+    if (GameFolder::isValid(folder))
         return true;
-    const Program::HotKeysOff off;
+    const Prompts::CommandsOff off;
     for (;;) {
         const QString chosen = Prompts::folderName(owner, QStringLiteral("Select Quake III Arena Folder"), QString());
-        if (chosen.isEmpty() || Program::TrayExitPending)
+        if (chosen.isEmpty() || Prompts::exitPending())
             return false;
         if (GameFolder::isValid(chosen)) {
-            GameFolder::setPath(chosen);
+            folder = chosen;
             return true;
         }
         const QString question
             = QStringLiteral("Invalid Quake III Arena Dir.\nProblem: %1.\n\nWould you like to try again?").arg(problem);
         if (Prompts::ask(
-                owner, QStringLiteral("Tarnwick"), question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
+                owner, Prompts::programTitle(), question, QMessageBox::Yes | QMessageBox::No, QMessageBox::Warning)
             != QMessageBox::Yes)
             return false;
     }

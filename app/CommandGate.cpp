@@ -1,0 +1,24 @@
+#include "CommandGate.h"
+
+void CommandGate::EnableHotKeys()
+{
+    if (!m_hotKeysEnabled && !m_trayExitPending)
+        m_hotKeysEnabled = true;
+}
+
+void CommandGate::dialogOpened()
+{
+    m_wereOn.append(m_hotKeysEnabled);
+    m_hotKeysEnabled = false;
+}
+
+void CommandGate::dialogClosed()
+{
+    if (m_wereOn.isEmpty())
+        return;
+    // A box shown from inside a dialog leaves the commands off for the dialog.
+    if (m_wereOn.takeLast())
+        EnableHotKeys();
+    if (m_wereOn.isEmpty())
+        Q_EMIT dialogsClosed();
+}
