@@ -200,8 +200,6 @@ Pk3ExplorerPage::Pk3ExplorerPage(QWidget *parent)
     , m_open(new QPushButton(QStringLiteral("Open"), this))
     , m_close(new QPushButton(QStringLiteral("Close"), this))
 {
-    m_reader.CaseSensitiveFileNames = true;
-
     m_list->setObjectName(QStringLiteral("lvPK3"));
     m_list->setModel(m_model);
     m_list->setShowGrid(true);

@@ -49,27 +49,18 @@ public:
     void setFileSelected(int i, bool selected) { m_entries[i - 1].entrySelected = selected; }
 
     QString UnzipFolder;
-    /// Extracts the selected entries into UnzipFolder, always keeping their folders (created as needed,
-    /// whatever UseFolderNames says); the list is read first when it is empty. An existing file is replaced
-    /// only with OverwriteExisting, else kept as it is, which is no failure. An entry that would land outside
-    /// UnzipFolder (a "..", an absolute path, a drive letter) is refused, and so is one whose path meets a
-    /// symbolic link below UnzipFolder (a folder or the file itself, dangling or not): nothing is created
-    /// for it and nothing is written through a link. Every refused or failed entry gets one line
-    /// "NAME: reason" in *error; false when nothing could be done or anything was refused or failed.
+    /// Whether Unzip replaces a file that already exists.
+    bool OverwriteExisting = false;
+    /// Extracts the selected entries into UnzipFolder, always keeping their folders (created as needed); the
+    /// list is read first when it is empty. An existing file is replaced only with OverwriteExisting, else
+    /// kept as it is, which is no failure. An entry that would land outside UnzipFolder (a "..", an absolute
+    /// path, a drive letter) is refused, and so is one whose path meets a symbolic link below UnzipFolder (a
+    /// folder or the file itself, dangling or not): nothing is created for it and nothing is written through
+    /// a link. Every refused or failed entry gets one line "NAME: reason" in *error; false when nothing could
+    /// be done or anything was refused or failed.
     bool Unzip(QString *error = nullptr);
     /// The version of the zip library behind the reader.
     static QString GetVersion();
-
-    // Options kept as the reader's interface has them; they matter where the library has a meaning for them.
-    bool ExtractOnlyNewer = false;
-    bool SpaceToUnderScore = false;
-    bool PromptToOverwrite = false;
-    bool TestZip = false;
-    bool UseFolderNames = false;
-    bool OverwriteExisting = false;
-    bool ConvertCRToCRLF = false;
-    bool CaseSensitiveFileNames = false;
-    long MessageLevel = 0;
 
 private:
     QString m_zipFile;
