@@ -63,15 +63,6 @@ QString defaultExtension(PartialKind kind)
     return CfgText::asciiUpper(QString::fromLatin1(info(kind).extension));
 }
 
-std::optional<PartialKind> kindOfPath(const QString &path)
-{
-    for (size_t i = 0; i < kinds.size(); ++i) {
-        if (path.endsWith(extension(PartialKind(i)), Qt::CaseInsensitive))
-            return PartialKind(i);
-    }
-    return std::nullopt;
-}
-
 std::optional<PartialKind> kindFromName(const QString &name)
 {
     for (size_t i = 0; i < kinds.size(); ++i) {

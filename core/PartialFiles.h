@@ -18,8 +18,6 @@ QString exportFilter(PartialKind kind);
 QString importFilter(PartialKind kind);
 /// "CTR", "RNR", "HUD", "RLG"
 QString defaultExtension(PartialKind kind);
-/// The kind of a file by its extension, without regard to case; nothing for other files.
-std::optional<PartialKind> kindOfPath(const QString &path);
 /// A kind named controls, renderer, hud or railgun (any case), or by its code 0 to 3.
 std::optional<PartialKind> kindFromName(const QString &name);
 

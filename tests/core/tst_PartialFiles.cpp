@@ -9,45 +9,22 @@ class tst_PartialFiles : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void kinds_data();
     void kinds();
     void controlsExportAndImport();
     void wholeConfigImportedAsOneArea();
     void exportClearsModified();
 };
 
-void tst_PartialFiles::kinds_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("kind"); // -1: none
-    QTest::addColumn<int>("scope");
-
-    const auto row = [](const char *tag, const char *path, const char *name, int kind, FileScope scope) {
-        QTest::newRow(tag) << QString::fromLatin1(path) << QString::fromLatin1(name) << kind << int(scope);
-    };
-    row("controls", "/x/keys.CTR", "Controls", 0, FileScope::Controls);
-    row("renderer", "gfx.rnr", "1", 1, FileScope::Renderer);
-    row("hud", "a.b.hud", "HUD", 2, FileScope::HudDisplay);
-    row("railgun", "rail.Rlg", "railgun", 3, FileScope::Railgun);
-    row("none", "q3config.cfg", "4", -1, FileScope::Whole);
-    row("no dot", "rnr", "render", -1, FileScope::Whole);
-}
-
+// Kinds are named on the command line: by name in any case, or by number.
 void tst_PartialFiles::kinds()
 {
-    QFETCH(QString, path);
-    QFETCH(QString, name);
-    QFETCH(int, kind);
-    QFETCH(int, scope);
-    const std::optional<PartialKind> byPath = PartialFiles::kindOfPath(path);
-    const std::optional<PartialKind> byName = PartialFiles::kindFromName(name);
-    QCOMPARE(byPath.has_value(), kind >= 0);
-    QCOMPARE(byName.has_value(), kind >= 0);
-    if (kind >= 0) {
-        QCOMPARE(int(*byPath), kind);
-        QCOMPARE(int(*byName), kind);
-        QCOMPARE(int(PartialFiles::scopeOf(*byPath)), scope);
+    const std::tuple<const char *, int, FileScope> rows[] = { { "Controls", 0, FileScope::Controls },
+        { "1", 1, FileScope::Renderer }, { "HUD", 2, FileScope::HudDisplay }, { "railgun", 3, FileScope::Railgun },
+        { "4", -1, FileScope::Whole }, { "render", -1, FileScope::Whole } };
+    for (const auto &[name, expected, scope] : rows) {
+        const std::optional<PartialKind> kind = PartialFiles::kindFromName(QString::fromLatin1(name));
+        QVERIFY2((kind ? int(*kind) : -1) == expected, name);
+        QVERIFY2(!kind || PartialFiles::scopeOf(*kind) == scope, name);
     }
 }
 
