@@ -59,11 +59,9 @@ public:
     void DefineKey(int action, KeySlot slot, const QString &key);
     void DeleteKey(int action, KeySlot slot);
 
-    // Lines carried through from the last file read, and the lines built for the next write.
+    // Lines carried through from the last file read.
     const QStringList &keptLines() const { return m_keptLines; }
     void setKeptLines(QStringList lines) { m_keptLines = std::move(lines); }
-    const QStringList &outputLines() const { return m_outputLines; }
-    void setOutputLines(QStringList lines) { m_outputLines = std::move(lines); }
 
     /// Every current value from the snapshot; bindings untouched; not modified afterwards.
     void ApplySnapshot();
@@ -93,5 +91,4 @@ private:
     QList<SlotValue> m_snapshot;
     ActionBindings m_bindings;
     QStringList m_keptLines;
-    QStringList m_outputLines;
 };

@@ -70,7 +70,6 @@ QStringList BuildCfgLines(const ConfigDocument &doc, FileScope scope)
 
 bool WriteCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error)
 {
-    doc.setOutputLines(BuildCfgLines(doc, scope));
     if (!WriteWholeFile(path, ConfigWriter::fileBytes(doc, scope), error))
         return false;
     if (scope == FileScope::Whole)
