@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QFontDatabase>
-#include <QFontInfo>
 
 namespace AppFont {
 
@@ -39,11 +38,6 @@ void install()
     QFont font(family);
     font.setPointSize(8);
     QApplication::setFont(font);
-}
-
-QString resolvedFamily()
-{
-    return QFontInfo(QFont(family)).family();
 }
 
 } // namespace AppFont

@@ -8,7 +8,5 @@ namespace AppFont {
 /// Makes "Tahoma" resolve (registering a free copy, or mapping the name onto a close sans-serif) and
 /// sets it as the application font at 8 points. Call once the application object exists.
 void install();
-/// The family the name "Tahoma" draws with after install().
-QString resolvedFamily();
 
 } // namespace AppFont

@@ -29,10 +29,6 @@ public:
     QString title() const { return m_title; }
     /// The reader holding the shown archive's entries.
     const cUnzip &reader() const { return m_reader; }
-    /// The column the list is sorted by; -1 while it keeps the archive's order.
-    int sortColumn() const { return m_sortColumn; }
-    /// The order of the last sort; none before the first.
-    std::optional<Qt::SortOrder> sortOrder() const { return m_sortOrder; }
 
     /// Shows the archive at `path`, asking for one when `path` is empty. Every refusal or failure is told in
     /// a box and leaves the page as it was. True when the archive is shown.
@@ -55,8 +51,8 @@ private:
     cUnzip m_reader;
     QString m_currentPath;
     QString m_title;
-    int m_sortColumn = -1;
-    std::optional<Qt::SortOrder> m_sortOrder;
+    int m_sortColumn = -1; // -1 while the list keeps the archive's order
+    std::optional<Qt::SortOrder> m_sortOrder; // none before the first sort
     EntryModel *m_model = nullptr;
     QTableView *m_list = nullptr;
     QPushButton *m_open = nullptr;

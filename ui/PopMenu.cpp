@@ -179,28 +179,16 @@ QString PopMenu::caption(const QString &key) const
     return item ? item->action->text() : QString();
 }
 
-void PopMenu::setCaption(const QString &key, const QString &caption)
-{
-    if (Item *item = find(key))
-        item->action->setText(caption);
-}
-
 QString PopMenu::helpText(const QString &key) const
 {
     const Item *item = find(key);
     return item ? item->helpText : QString();
 }
 
-void PopMenu::setHelpText(const QString &key, const QString &text)
+void PopMenu::setCaption(const QString &key, const QString &caption)
 {
     if (Item *item = find(key))
-        item->helpText = text;
-}
-
-void PopMenu::setIcon(const QString &key, const QIcon &icon)
-{
-    if (Item *item = find(key))
-        item->action->setIcon(icon);
+        item->action->setText(caption);
 }
 
 bool PopMenu::isEnabled(const QString &key) const
@@ -252,12 +240,6 @@ QMenu *PopMenu::subMenu(const QString &key) const
 {
     const Item *item = find(key);
     return item ? item->menu.data() : nullptr;
-}
-
-void PopMenu::popupSubMenu(const QString &key, const QPoint &globalPos)
-{
-    if (QMenu *menu = subMenu(key))
-        menu->popup(globalPos);
 }
 
 void PopMenu::setHighlightStyle(HighlightStyle style)

@@ -13,7 +13,6 @@
 class QAction;
 class QMenu;
 class QMenuBar;
-class QPoint;
 class PopMenuStyle;
 
 class PopMenu : public QObject
@@ -33,16 +32,13 @@ public:
     int addItem(const QString &parentKey, const QString &caption, const QString &key,
         const QString &helpText = QString(), const QIcon &icon = QIcon());
 
-    int count() const { return int(m_items.size()); }
     QString keyOf(int index) const;
     /// The index of a key; -1 for a key the menu does not have.
     int indexOf(const QString &key) const;
 
     QString caption(const QString &key) const;
-    void setCaption(const QString &key, const QString &caption);
     QString helpText(const QString &key) const;
-    void setHelpText(const QString &key, const QString &text);
-    void setIcon(const QString &key, const QIcon &icon);
+    void setCaption(const QString &key, const QString &caption);
     bool isEnabled(const QString &key) const;
     void setEnabled(const QString &key, bool enabled);
     bool isChecked(const QString &key) const;
@@ -54,8 +50,6 @@ public:
     /// The action behind an item, and the menu of an item that has children (null otherwise).
     QAction *action(const QString &key) const;
     QMenu *subMenu(const QString &key) const;
-    /// Pops up the children of `key` at a global position.
-    void popupSubMenu(const QString &key, const QPoint &globalPos);
 
     HighlightStyle highlightStyle() const { return m_highlightStyle; }
     void setHighlightStyle(HighlightStyle style);

@@ -38,8 +38,3 @@ void TwinLabel::setActive(bool on)
 {
     static_cast<QStackedLayout *>(layout())->setCurrentWidget(on ? m_normal : m_greyed);
 }
-
-bool TwinLabel::isActive() const
-{
-    return static_cast<QStackedLayout *>(layout())->currentWidget() == m_normal;
-}

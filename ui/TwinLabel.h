@@ -19,7 +19,6 @@ public:
     void setAlignment(Qt::Alignment alignment);
     /// Shows the normal label when `on`, the greyed twin otherwise.
     void setActive(bool on);
-    bool isActive() const;
     QLabel *normal() const { return m_normal; }
     QLabel *greyed() const { return m_greyed; }
 
