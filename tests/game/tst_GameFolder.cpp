@@ -1,4 +1,4 @@
-// Which folders hold the game, and the paths formed from a folder.
+// Which folders hold the game.
 #include "GameFolder.h"
 #include "TestFiles.h"
 
@@ -14,7 +14,6 @@ class tst_GameFolder : public QObject
 private Q_SLOTS:
     void holdsTheGame_data();
     void holdsTheGame();
-    void derivedPaths();
 };
 
 void tst_GameFolder::holdsTheGame_data()
@@ -45,14 +44,6 @@ void tst_GameFolder::holdsTheGame()
         writeTestFile(dir.filePath(name), {});
     QCOMPARE(GameFolder::executableIn(dir.path()), found.isEmpty() ? QString() : dir.filePath(found));
     QCOMPARE(GameFolder::isValid(dir.path()), !found.isEmpty());
-}
-
-void tst_GameFolder::derivedPaths()
-{
-    QCOMPARE(GameFolder::demoFolder("/games/q3"), QStringLiteral("/games/q3/baseq3/demos"));
-    QCOMPARE(GameFolder::playerModels("/games/q3"), QStringLiteral("/games/q3/baseq3/models/players/"));
-    // Formed as the folder stands: an empty one gives paths at the root.
-    QCOMPARE(GameFolder::dataFolder(QString()), QStringLiteral("/baseq3"));
 }
 
 QTEST_GUILESS_MAIN(tst_GameFolder)

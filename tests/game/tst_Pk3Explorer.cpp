@@ -5,8 +5,6 @@
 #include "TestFiles.h"
 #include "TestZip.h"
 
-#include <QElapsedTimer>
-#include <QFile>
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QPushButton>
@@ -25,18 +23,15 @@ class tst_Pk3Explorer : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void rows_data();
     void rows();
     void oneIconPerExtension();
-    void archiveWithoutFiles_data();
     void archiveWithoutFiles();
     void extensionQuestion_data();
     void extensionQuestion();
     void reopenThenClose();
     void headerClicksFlipTheOrder();
-    void unreadableArchiveChangesNothing_data();
     void unreadableArchiveChangesNothing();
-    void fiftyThousandEntries();
+    void manyEntries();
 
 private:
     QString write(const QString &name, const QByteArray &bytes);
@@ -102,42 +97,32 @@ void tst_Pk3Explorer::checkShows(const QString &path, int rows) const
     QCOMPARE(closeButton()->isEnabled(), !path.isEmpty());
 }
 
-void tst_Pk3Explorer::rows_data()
-{
-    QTest::addColumn<QString>("entry");
-    QTest::addColumn<bool>("encrypted");
-    QTest::addColumn<QStringList>("cells"); // Name, Extension, Type, Path, icon key
-    const auto row = [](const char *tag, const char *entry, const QStringList &cells, bool encrypted = false) {
-        QTest::newRow(tag) << QString::fromLatin1(entry) << encrypted << cells;
-    };
-    row("model", "models/players/sarge/head.md3", { "head", "MD3", "Quake 3 Model", "models\\players\\sarge", ".MD3" });
-    row("no extension", "autoexec", { "autoexec", "", "File", "", "DEFAULT" });
-    row("trailing dot", "odd.", { "odd", "", "File", "", "DEFAULT" });
-    row("encrypted", "secret.cfg", { "secret +", "CFG", "Configuration File", "", ".CFG" }, true);
-    row("last dot", "maps/q3dm17.v2.bsp", { "q3dm17.v2", "BSP", "Quake 3 Map", "maps", ".BSP" });
-    row("demo, mixed case", "demos/Final.Dm_68", { "Final", "DM_68", "Quake 3 Demo", "demos", ".DM_68" });
-    row("not a demo", "v/a.dm_x", { "a", "DM_X", "DM_X File", "v", ".DM_X" });
-}
-
+// A row an entry, in the archive's order, folders left out: Name, Extension, Type, Path and the icon key.
 void tst_Pk3Explorer::rows()
 {
-    QFETCH(QString, entry);
-    QFETCH(bool, encrypted);
-    QFETCH(QStringList, cells);
-    FileIcons::iconKey(QStringLiteral("warm.up"), QString()); // the preloaded icons exist
-    const int icons = FileIcons::iconCount();
-    QVERIFY(m_page->LoadPK3(
-        archive("rows.pk3", { { "models/" }, { "models/players/" }, { entry.toUtf8(), "data", false, encrypted } })));
-    QCOMPARE(rowCount(), 1);
-    QStringList shown;
-    for (int column = 0; column < Pk3ExplorerPage::ColumnCount; ++column)
-        shown.append(cell(0, column));
-    const QModelIndex first = list()->model()->index(0, 0);
-    shown.append(first.data(Pk3ExplorerPage::IconKeyRole).toString());
-    QCOMPARE(shown, cells);
-    QVERIFY(!first.data(Qt::DecorationRole).value<QIcon>().isNull());
-    if (cells.last() == u"DEFAULT")
-        QCOMPARE(FileIcons::iconCount(), icons);
+    const std::pair<RawEntry, QStringList> rows[] = {
+        { { "models/players/sarge/head.md3" }, { "head", "MD3", "Quake 3 Model", "models\\players\\sarge", ".MD3" } },
+        { { "autoexec" }, { "autoexec", "", "File", "", "DEFAULT" } },
+        { { "odd." }, { "odd", "", "File", "", "DEFAULT" } },
+        { { "secret.cfg", "data", false, true }, { "secret +", "CFG", "Configuration File", "", ".CFG" } },
+        { { "maps/q3dm17.v2.bsp" }, { "q3dm17.v2", "BSP", "Quake 3 Map", "maps", ".BSP" } },
+        { { "demos/Final.Dm_68" }, { "Final", "DM_68", "Quake 3 Demo", "demos", ".DM_68" } },
+        { { "v/a.dm_x" }, { "a", "DM_X", "DM_X File", "v", ".DM_X" } },
+    };
+    QList<RawEntry> entries { { "models/" }, { "models/players/" } };
+    for (const auto &row : rows)
+        entries.append(row.first);
+    QVERIFY(m_page->LoadPK3(archive("rows.pk3", entries)));
+    QCOMPARE(rowCount(), int(std::size(rows)));
+    for (int row = 0; row < rowCount(); ++row) {
+        QStringList shown;
+        for (int column = 0; column < Pk3ExplorerPage::ColumnCount; ++column)
+            shown.append(cell(row, column));
+        const QModelIndex first = list()->model()->index(row, 0);
+        shown.append(first.data(Pk3ExplorerPage::IconKeyRole).toString());
+        QCOMPARE(shown, rows[row].second);
+        QVERIFY(!first.data(Qt::DecorationRole).value<QIcon>().isNull());
+    }
 }
 
 void tst_Pk3Explorer::oneIconPerExtension()
@@ -148,28 +133,23 @@ void tst_Pk3Explorer::oneIconPerExtension()
     QCOMPARE(FileIcons::iconCount(), icons + 1);
 }
 
-void tst_Pk3Explorer::archiveWithoutFiles_data()
-{
-    QTest::addColumn<bool>("previous");
-    QTest::addColumn<QString>("answer");
-    QTest::newRow("yes") << true << "Yes";
-    QTest::newRow("no keeps the previous") << true << "No";
-    QTest::newRow("no, nothing before") << false << "No";
-}
-
+// An archive of folders alone is shown only when the user says so; "No" keeps what was shown.
 void tst_Pk3Explorer::archiveWithoutFiles()
 {
-    QFETCH(bool, previous);
-    QFETCH(QString, answer);
     const QString full = archive("full.pk3", { { "a.cfg" }, { "b.cfg" } });
     const QString empty = archive("folders.pk3", { { "models/" }, { "models/players/" }, { "maps/" } });
-    if (previous)
-        QVERIFY(m_page->LoadPK3(full));
-    this->answer({ answer });
-    QCOMPARE(m_page->LoadPK3(empty), answer == u"Yes");
-    QCOMPARE(shownBoxes(), { "Tarnwick|This pak file contains no files. Would you like to load it?" });
-    const QString expected = answer == u"Yes" ? empty : previous ? full : QString();
-    checkShows(expected, expected == full ? 2 : 0);
+    const QString question = "Tarnwick|This pak file contains no files. Would you like to load it?";
+    answer({ "No" });
+    QVERIFY(!m_page->LoadPK3(empty));
+    QCOMPARE(shownBoxes(), { question });
+    checkShows(QString(), 0);
+    QVERIFY(m_page->LoadPK3(full));
+    for (const QString &reply : { QStringLiteral("No"), QStringLiteral("Yes") }) {
+        answer({ reply });
+        QCOMPARE(m_page->LoadPK3(empty), reply == u"Yes");
+        QCOMPARE(shownBoxes(), { question });
+        checkShows(reply == u"Yes" ? empty : full, reply == u"Yes" ? 0 : 2);
+    }
 }
 
 void tst_Pk3Explorer::extensionQuestion_data()
@@ -260,44 +240,29 @@ void tst_Pk3Explorer::headerClicksFlipTheOrder()
 }
 
 // The kinds of damage are tst_cUnzip's matter; here the page keeps what it showed.
-void tst_Pk3Explorer::unreadableArchiveChangesNothing_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    const QByteArray zip = zipBytes({ { "a.cfg" }, { "b.cfg" } });
-    QTest::newRow("truncated") << zip.left(zip.size() / 2);
-    QTest::newRow("missing") << QByteArray("-");
-}
-
 void tst_Pk3Explorer::unreadableArchiveChangesNothing()
 {
-    QFETCH(QByteArray, bytes);
     const QString good = archive("good.pk3", { { "a.cfg" } });
-    QFile::remove(m_dir.filePath("x.pk3"));
-    if (bytes != "-")
-        write("x.pk3", bytes);
     QVERIFY(m_page->LoadPK3(good));
-    answer({ "Ok" });
-    QVERIFY(!m_page->LoadPK3(m_dir.filePath("x.pk3")));
-    const QStringList shown = shownBoxes();
-    QCOMPARE(shown.size(), 1);
-    QVERIFY2(shown[0].startsWith("Tarnwick|") && shown[0].contains("x.pk3"), qPrintable(shown[0]));
-    checkShows(good, 1);
+    const QByteArray zip = zipBytes({ { "a.cfg" }, { "b.cfg" } });
+    for (const QString &bad : { write("cut.pk3", zip.left(zip.size() / 2)), m_dir.filePath("missing.pk3") }) {
+        answer({ "Ok" });
+        QVERIFY(!m_page->LoadPK3(bad));
+        const QStringList shown = shownBoxes();
+        QVERIFY2(shown.size() == 1 && shown[0].startsWith("Tarnwick|") && shown[0].contains(bad), qPrintable(bad));
+        checkShows(good, 1);
+    }
 }
 
-void tst_Pk3Explorer::fiftyThousandEntries()
+// Speed is bench_pk3's matter; here every entry of a fair-sized archive reaches the list.
+void tst_Pk3Explorer::manyEntries()
 {
-    const char *const extensions[] = { "tga", "jpg", "md3", "wav", "shader", "skin", "bsp", "cfg" };
     QList<RawEntry> items;
-    for (int i = 0; i < 50000; ++i)
-        items.append({ QByteArray("textures/set") + QByteArray::number(i % 97) + "/file" + QByteArray::number(i) + '.'
-            + extensions[i % 8] });
-    const QString pak = archive("big.pk3", items);
-    QElapsedTimer timer;
-    timer.start();
-    QVERIFY(m_page->LoadPK3(pak));
-    qInfo("LoadPK3 of 50,000 entries: %lld ms", timer.elapsed());
-    QCOMPARE(rowCount(), 50000);
-    QCOMPARE(cell(49999, 0), "file49999");
+    for (int i = 0; i < 2000; ++i)
+        items.append({ "textures/set" + QByteArray::number(i % 97) + "/file" + QByteArray::number(i) + ".tga" });
+    QVERIFY(m_page->LoadPK3(archive("big.pk3", items)));
+    QCOMPARE(rowCount(), 2000);
+    QCOMPARE(cell(1999, 0), "file1999");
 }
 
 QTEST_MAIN(tst_Pk3Explorer)
