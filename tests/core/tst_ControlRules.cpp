@@ -12,54 +12,38 @@ class tst_ControlRules : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void helpTexts_data();
     void helpTexts();
     void dependencies_data();
     void dependencies();
     void rulesNameRealControls();
-    void sliderLabels_data();
     void sliderLabels();
-    void textFields_data();
     void textFields();
 };
 
-void tst_ControlRules::helpTexts_data()
-{
-    QTest::addColumn<QString>("key"); // a control, or an option of a pair as "optLighting(1)"
-    QTest::addColumn<int>("state");
-    QTest::addColumn<bool>("marksOn");
-    QTest::addColumn<int>("type"); // -1: no help
-    QTest::addColumn<QString>("part"); // a part only this variant of the text holds
-
-    const auto row = [](const char *tag, const char *key, int state, bool marks, int type, const char *part) {
-        QTest::newRow(tag) << QString::fromLatin1(key) << state << marks << type << QString::fromLatin1(part);
-    };
-    row("plain", "chkBlood", 1, true, 2, "blood trails");
-    row("full screen warns", "chkFullScr", 1, true, 0, "\r\nWarning: VooDoo 1/2/3 cards do not support window mode.");
-    row("delta checked", "chkDelta", 1, true, 2, "Toggles Delta Compression");
-    row("delta clear", "chkDelta", 0, true, 1, "U_REMOVE");
-    row("UDP clear", "chkUDP", 0, true, 2, "Enables TCP/IP");
-    row("UDP checked", "chkUDP", 1, true, 1, "Disables TCP/IP network protocol.\r\nThis will disable you");
-    row("ordinary shadows without marks", "cbShadows", 1, false, 1, "\r\nTo enable Ordinary Shadows you must");
-    row("ordinary shadows with marks", "cbShadows", 1, true, 2, "Sets type of shadows rendering.");
-    row("stencil shadows without marks", "cbShadows", 2, false, 2, "Sets type of shadows rendering.");
-    row("second option", "optLighting(1)", 1, true, 2, "without rendering textures");
-    row("no help", "chkCurve", 0, true, -1, "");
-}
-
+// The help text variant a control's state picks. The part is one only that variant holds; -1: no help.
 void tst_ControlRules::helpTexts()
 {
-    QFETCH(QString, key);
-    QFETCH(int, state);
-    QFETCH(bool, marksOn);
-    QFETCH(int, type);
-    QFETCH(QString, part);
-    const std::optional<HelpText> help = SettingCatalog::instance().help(key, state, marksOn);
-    QCOMPARE(help.has_value(), type >= 0);
-    if (help) {
-        QCOMPARE(int(help->msgType), type);
-        QVERIFY2(help->text.contains(part), qPrintable(help->text));
-        QCOMPARE(help->text.contains(u'\n'), part.contains(u'\n'));
+    const std::tuple<const char *, int, bool, int, const char *> rows[] = {
+        { "chkBlood", 1, true, 2, "blood trails" },
+        { "chkFullScr", 1, true, 0, "\r\nWarning: VooDoo 1/2/3 cards do not support window mode." },
+        { "chkDelta", 1, true, 2, "Toggles Delta Compression" },
+        { "chkDelta", 0, true, 1, "U_REMOVE" },
+        { "chkUDP", 0, true, 2, "Enables TCP/IP" },
+        { "chkUDP", 1, true, 1, "Disables TCP/IP network protocol.\r\nThis will disable you" },
+        { "cbShadows", 1, false, 1, "\r\nTo enable Ordinary Shadows you must" }, // ordinary shadows need marks
+        { "cbShadows", 1, true, 2, "Sets type of shadows rendering." },
+        { "cbShadows", 2, false, 2, "Sets type of shadows rendering." },
+        { "optLighting(1)", 1, true, 2, "without rendering textures" }, // an option of a pair
+        { "chkCurve", 0, true, -1, "" },
+    };
+    for (const auto &[key, state, marksOn, type, part] : rows) {
+        const std::optional<HelpText> help = SettingCatalog::instance().help(QString::fromLatin1(key), state, marksOn);
+        QVERIFY2(help.has_value() == (type >= 0), key);
+        if (help) {
+            QVERIFY2(
+                int(help->msgType) == type && help->text.contains(QString::fromLatin1(part)), qPrintable(help->text));
+            QCOMPARE(help->text.contains(u'\n'), QByteArrayView(part).contains('\n'));
+        }
     }
 }
 
@@ -147,49 +131,30 @@ void tst_ControlRules::rulesNameRealControls()
     QVERIFY(effectsOf(u"chkGibs", doc).isEmpty());
 }
 
-void tst_ControlRules::sliderLabels_data()
-{
-    QTest::addColumn<QString>("slider");
-    QTest::addColumn<int>("position");
-    QTest::addColumn<QString>("label");
-
-    QTest::newRow("tenths") << "sldGamma" << 10 << "Gamma: 1.0";
-    QTest::newRow("tenths below one") << "sld2dsnd" << 4 << "2D Sound: 0.4";
-    QTest::newRow("whole numbers") << "slCHairSize" << 33 << "Crosshair Size: 33";
-    QTest::newRow("no handicap") << "sldHandicap" << 100 << "Handicap: 100 / None";
-    QTest::newRow("handicap") << "sldHandicap" << 99 << "Handicap: 99";
-    QTest::newRow("a unit after") << "sldTCT" << 12 << "Team Chat Time: 12 min";
-    QTest::newRow("view size stays") << "Slider1" << 45 << "View Size: 100";
-}
-
 void tst_ControlRules::sliderLabels()
 {
-    QFETCH(QString, slider);
-    QFETCH(int, position);
-    QFETCH(QString, label);
+    const std::tuple<const char *, int, const char *> rows[] = {
+        { "sldGamma", 10, "Gamma: 1.0" }, // tenths
+        { "sld2dsnd", 4, "2D Sound: 0.4" }, { "slCHairSize", 33, "Crosshair Size: 33" },
+        { "sldHandicap", 100, "Handicap: 100 / None" }, { "sldHandicap", 99, "Handicap: 99" },
+        { "sldTCT", 12, "Team Chat Time: 12 min" }, // a unit after
+        { "Slider1", 45, "View Size: 100" }, // the view size stays
+    };
     const SettingCatalog &catalog = SettingCatalog::instance();
-    QCOMPARE(sliderLabel(catalog.row(catalog.indexOfControl(slider)), position), label);
+    for (const auto &[slider, position, label] : rows)
+        QCOMPARE(sliderLabel(catalog.row(catalog.indexOfControl(QString::fromLatin1(slider))), position),
+            QString::fromLatin1(label));
 }
 
-void tst_ControlRules::textFields_data()
-{
-    QTest::addColumn<QString>("field");
-    QTest::addColumn<bool>("digitsOnly");
-    QTest::addColumn<bool>("neverEmpty"); // turns "0" when emptied
-
-    QTest::newRow("force respawn") << "txtForce" << true << true;
-    QTest::newRow("awards") << "txtAwards" << true << true;
-    QTest::newRow("field of view") << "txtFOV" << true << false;
-    QTest::newRow("name") << "txtName" << false << false;
-}
-
+// Which fields take digits only, and which turn "0" when emptied.
 void tst_ControlRules::textFields()
 {
-    QFETCH(QString, field);
-    QFETCH(bool, digitsOnly);
-    QFETCH(bool, neverEmpty);
-    QCOMPARE(isNumericField(field), digitsOnly);
-    QCOMPARE(mustNotBeEmpty(field), neverEmpty);
+    const std::tuple<const char *, bool, bool> rows[] = { { "txtForce", true, true }, { "txtAwards", true, true },
+        { "txtFOV", true, false }, { "txtName", false, false } };
+    for (const auto &[field, digitsOnly, neverEmpty] : rows) {
+        QVERIFY2(isNumericField(QString::fromLatin1(field)) == digitsOnly, field);
+        QVERIFY2(mustNotBeEmpty(QString::fromLatin1(field)) == neverEmpty, field);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_ControlRules)

@@ -10,7 +10,6 @@ private Q_SLOTS:
     void restoreOnStartState();
     void absentSettingsTakeTheSnapshot();
     void defaultsSetKeysListsAndSnapshot();
-    void newModes_data();
     void newModes();
 };
 
@@ -85,37 +84,31 @@ void tst_Defaults::defaultsSetKeysListsAndSnapshot()
     QCOMPARE(written(doc, "cg_draw2d"), QStringLiteral("1"));
 }
 
-void tst_Defaults::newModes_data()
-{
-    QTest::addColumn<int>("mode");
-    // Forward's key, the gesture's key, the first award, cg_draw2d and cg_drawfps, cl_noprint, r_mode.
-    QTest::addColumn<QStringList>("values");
-    // Gibs and the rest of the values survive every mode; only these change.
-    QTest::newRow("keep control keys") << 0 << QStringList { "W", "Q", "4", "1", "1", "0", "6" };
-    QTest::newRow("reset to defaults") << 1 << QStringList { "W", "", "4", "1", "1", "0", "3" };
-    QTest::newRow("clear") << 2 << QStringList { "", "", "0", "0", "0", "1", "6" };
-}
-
+// Gibs, marks and the rest of the values survive every mode; only these change.
 void tst_Defaults::newModes()
 {
-    QFETCH(int, mode);
-    QFETCH(QStringList, values);
+    // Forward's key, the gesture's key, the first award, cg_draw2d and cg_drawfps, cl_noprint, r_mode.
+    const std::pair<NewMode, QStringList> rows[]
+        = { { NewMode::KeepControlKeys, { "W", "Q", "4", "1", "1", "0", "6" } },
+              { NewMode::ResetToDefaults, { "W", "", "4", "1", "1", "0", "3" } },
+              { NewMode::Clear, { "", "", "0", "0", "0", "1", "6" } } };
     QTemporaryDir dir;
-    StartDocument doc;
-    QVERIFY(OpenCfgFile(doc, writeTestFile(dir.filePath("player.cfg"), playerFile)));
-    QVERIFY(doc.HasFile() && doc.canRestore());
-    doc.setState(rowOf("chkMarks"), 0, 1);
-
-    NewCfg(doc, "Fresh", NewMode(mode));
-    QCOMPARE(doc.displayName(), QStringLiteral("Fresh"));
-    QVERIFY(!doc.HasFile() && doc.path().isEmpty() && !doc.canRestore() && !doc.isModified());
-    QCOMPARE((QStringList { doc.bindings().at(1).firstKey, doc.bindings().at(29).firstKey,
-                 doc.text(rowOf("txtAwards"), 0), written(doc, "cg_draw2d"), written(doc, "cg_drawfps"),
-                 written(doc, "cl_noprint"), written(doc, "r_mode") }),
-        values);
-    QCOMPARE(written(doc, "cg_gibs"), QStringLiteral("1"));
-    QCOMPARE(written(doc, "cg_marks"), QStringLiteral("1"));
-    QCOMPARE(doc.text(rowOf("txtAwards"), 4), values[2] == u"4" ? QStringLiteral("2") : QStringLiteral("0"));
+    const QString player = writeTestFile(dir.filePath("player.cfg"), playerFile);
+    for (const auto &[mode, values] : rows) {
+        StartDocument doc;
+        QVERIFY(OpenCfgFile(doc, player));
+        QVERIFY(doc.HasFile() && doc.canRestore());
+        doc.setState(rowOf("chkMarks"), 0, 1);
+        NewCfg(doc, "Fresh", mode);
+        QCOMPARE(doc.displayName(), QStringLiteral("Fresh"));
+        QVERIFY(!doc.HasFile() && doc.path().isEmpty() && !doc.canRestore() && !doc.isModified());
+        QCOMPARE((QStringList { doc.bindings().at(1).firstKey, doc.bindings().at(29).firstKey,
+                     doc.text(rowOf("txtAwards"), 0), written(doc, "cg_draw2d"), written(doc, "cg_drawfps"),
+                     written(doc, "cl_noprint"), written(doc, "r_mode") }),
+            values);
+        QVERIFY(written(doc, "cg_gibs") == u"1" && written(doc, "cg_marks") == u"1");
+        QCOMPARE(doc.text(rowOf("txtAwards"), 4), values[2] == u"4" ? QStringLiteral("2") : QStringLiteral("0"));
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_Defaults)
