@@ -14,11 +14,9 @@ class tst_KeyCapture : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
-    void keyGivesName_data();
     void keyGivesName();
     void ignoredInput();
     void shortcutDoesNotTakeKey();
-    void mouseRelease_data();
     void mouseRelease();
     void closingCancels();
     void captureKeyReusesOneDialog();
@@ -56,31 +54,20 @@ void tst_KeyCapture::sendMouse(QEvent::Type type, Qt::MouseButton button, QPoint
     QApplication::sendEvent(m_dialog.get(), &event);
 }
 
-// What a key press does to the dialog; which name each key gives is tst_KeyNames' matter.
-void tst_KeyCapture::keyGivesName_data()
-{
-    QTest::addColumn<int>("key");
-    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
-    QTest::addColumn<QString>("name"); // empty: the capture is cancelled
-
-    QTest::newRow("Esc") << int(Qt::Key_Escape) << Qt::KeyboardModifiers() << QString();
-    QTest::newRow("Shift alone") << int(Qt::Key_Shift) << Qt::KeyboardModifiers(Qt::ShiftModifier) << "SHIFT";
-    // Tab and Backtab must not move the focus instead.
-    QTest::newRow("Tab") << int(Qt::Key_Tab) << Qt::KeyboardModifiers() << "TAB";
-    QTest::newRow("Shift+Tab") << int(Qt::Key_Backtab) << Qt::KeyboardModifiers(Qt::ShiftModifier) << "TAB";
-    QTest::newRow("keypad") << int(Qt::Key_1) << Qt::KeyboardModifiers(Qt::KeypadModifier) << "KP_END";
-}
-
+// What a key press does to the dialog (empty: the capture is cancelled); which name each key gives is
+// tst_KeyNames' matter. Tab and Backtab must not move the focus instead.
 void tst_KeyCapture::keyGivesName()
 {
-    QFETCH(int, key);
-    QFETCH(Qt::KeyboardModifiers, modifiers);
-    QFETCH(QString, name);
-
-    sendKey(key, modifiers);
-    QVERIFY(!m_dialog->isVisible());
-    QCOMPARE(m_dialog->result().cancelled, name.isEmpty());
-    QCOMPARE(m_dialog->result().keyName, name);
+    const std::tuple<Qt::Key, Qt::KeyboardModifiers, const char *> rows[]
+        = { { Qt::Key_Escape, {}, "" }, { Qt::Key_Shift, Qt::ShiftModifier, "SHIFT" }, { Qt::Key_Tab, {}, "TAB" },
+              { Qt::Key_Backtab, Qt::ShiftModifier, "TAB" }, { Qt::Key_1, Qt::KeypadModifier, "KP_END" } };
+    for (const auto &[key, modifiers, name] : rows) {
+        init();
+        sendKey(key, modifiers);
+        QVERIFY(!m_dialog->isVisible());
+        QCOMPARE(m_dialog->result().cancelled, !*name);
+        QCOMPARE(m_dialog->result().keyName, QString::fromLatin1(name));
+    }
 }
 
 // A key without a code and the wheel leave the dialog waiting for a key.
@@ -108,31 +95,21 @@ void tst_KeyCapture::shortcutDoesNotTakeKey()
     QCOMPARE(m_dialog->result().keyName, QStringLiteral("F5"));
 }
 
-void tst_KeyCapture::mouseRelease_data()
-{
-    QTest::addColumn<Qt::MouseButton>("button");
-    QTest::addColumn<QPoint>("release");
-    QTest::addColumn<QString>("name"); // empty: the dialog stays open
-
-    QTest::newRow("left") << Qt::LeftButton << QPoint(100, 17) << "MOUSE1";
-    QTest::newRow("middle") << Qt::MiddleButton << QPoint(100, 17) << "MOUSE3";
-    QTest::newRow("dragged out right") << Qt::LeftButton << QPoint(279, 17) << QString();
-    QTest::newRow("dragged out left") << Qt::RightButton << QPoint(-5, 17) << QString();
-    QTest::newRow("back button") << Qt::BackButton << QPoint(100, 17) << QString();
-}
-
+// A button pressed and released over the dialog gives its name; elsewhere, or another button, the dialog stays.
 void tst_KeyCapture::mouseRelease()
 {
-    QFETCH(Qt::MouseButton, button);
-    QFETCH(QPoint, release);
-    QFETCH(QString, name);
-
-    sendMouse(QEvent::MouseButtonPress, button, QPoint(100, 17));
-    QVERIFY(m_dialog->isVisible());
-    sendMouse(QEvent::MouseButtonRelease, button, release);
-    QCOMPARE(m_dialog->isVisible(), name.isEmpty());
-    QCOMPARE(m_dialog->result().keyName, name);
-    QCOMPARE(m_dialog->result().cancelled, false);
+    const std::tuple<Qt::MouseButton, QPoint, const char *> rows[] = { { Qt::LeftButton, { 100, 17 }, "MOUSE1" },
+        { Qt::MiddleButton, { 100, 17 }, "MOUSE3" }, { Qt::LeftButton, { 279, 17 }, "" },
+        { Qt::RightButton, { -5, 17 }, "" }, { Qt::BackButton, { 100, 17 }, "" } };
+    for (const auto &[button, release, name] : rows) {
+        init();
+        sendMouse(QEvent::MouseButtonPress, button, QPoint(100, 17));
+        QVERIFY(m_dialog->isVisible());
+        sendMouse(QEvent::MouseButtonRelease, button, release);
+        QCOMPARE(m_dialog->isVisible(), !*name);
+        QCOMPARE(m_dialog->result().keyName, QString::fromLatin1(name));
+        QVERIFY(!m_dialog->result().cancelled);
+    }
 }
 
 void tst_KeyCapture::closingCancels()

@@ -115,34 +115,29 @@ void tst_KeysButton::mouseSignals_data()
     const auto L = Qt::LeftButton;
     const auto R = Qt::RightButton;
     const auto M = Qt::MiddleButton;
-    const QPoint left(10, 10);
-    const QPoint right(100, 10);
-    QTest::newRow("left click, left half")
-        << MouseScript { { Press, L, left }, { Release, L, left } } << QStringList { "Click" };
-    QTest::newRow("left click, right half")
-        << MouseScript { { Press, L, right }, { Release, L, right } } << QStringList { "Click2" };
-    QTest::newRow("released over the other half")
-        << MouseScript { { Press, L, left }, { Release, L, right } } << QStringList {};
-    QTest::newRow("released outside") << MouseScript { { Press, L, right }, { Release, L, { 100, 30 } } }
-                                      << QStringList {};
-    const MouseScript dragOutAndBack { { Press, L, left }, { Move, L, { 10, 30 } }, { Move, L, { 20, 5 } },
-        { Release, L, { 20, 5 } } };
-    QTest::newRow("dragged out and back") << dragOutAndBack << QStringList { "Click" };
-    QTest::newRow("pressed on the border")
-        << MouseScript { { Press, L, { 0, 10 } }, { Release, L, { 0, 10 } } } << QStringList {};
-    QTest::newRow("pressed on the split line")
-        << MouseScript { { Press, L, { 86, 10 } }, { Release, L, { 86, 10 } } } << QStringList {};
-    QTest::newRow("right click, left half") << MouseScript { { Press, R, left }, { Release, R, left } }
-                                            << QStringList { "MouseDown right 10,10", "MouseUp right 10,10" };
-    QTest::newRow("Shift+right click, right half")
-        << MouseScript { { Press, R, right, Qt::ShiftModifier }, { Release, R, right, Qt::ShiftModifier } }
-        << QStringList { "MouseDown2 right 100,10 shift", "MouseUp2 right 100,10 shift" };
-    QTest::newRow("right released while left held")
-        << MouseScript { { Press, L, left }, { Press, R, right }, { Release, R, right }, { Release, L, left } }
-        << QStringList { "MouseDown2 right 100,10", "Click" };
-    QTest::newRow("right released off the halves") << MouseScript { { Release, R, { 86, 10 } } } << QStringList {};
-    QTest::newRow("middle click") << MouseScript { { Press, M, left }, { Release, M, left } }
-                                  << QStringList { "MouseDown middle 10,10" };
+    const QPoint left(10, 10), right(100, 10), split(86, 10);
+    const auto row = [](const char *tag, const MouseScript &script, const QStringList &emitted) {
+        QTest::newRow(tag) << script << emitted;
+    };
+    row("left click, left half", { { Press, L, left }, { Release, L, left } }, { "Click" });
+    row("left click, right half", { { Press, L, right }, { Release, L, right } }, { "Click2" });
+    row("released over the other half", { { Press, L, left }, { Release, L, right } }, {});
+    row("released outside", { { Press, L, right }, { Release, L, { 100, 30 } } }, {});
+    row("dragged out and back",
+        { { Press, L, left }, { Move, L, { 10, 30 } }, { Move, L, { 20, 5 } }, { Release, L, { 20, 5 } } },
+        { "Click" });
+    row("pressed on the border", { { Press, L, { 0, 10 } }, { Release, L, { 0, 10 } } }, {});
+    row("pressed on the split line", { { Press, L, split }, { Release, L, split } }, {});
+    row("right click, left half", { { Press, R, left }, { Release, R, left } },
+        { "MouseDown right 10,10", "MouseUp right 10,10" });
+    row("Shift+right click, right half",
+        { { Press, R, right, Qt::ShiftModifier }, { Release, R, right, Qt::ShiftModifier } },
+        { "MouseDown2 right 100,10 shift", "MouseUp2 right 100,10 shift" });
+    row("right released while left held",
+        { { Press, L, left }, { Press, R, right }, { Release, R, right }, { Release, L, left } },
+        { "MouseDown2 right 100,10", "Click" });
+    row("right released off the halves", { { Release, R, split } }, {});
+    row("middle click", { { Press, M, left }, { Release, M, left } }, { "MouseDown middle 10,10" });
 }
 
 void tst_KeysButton::mouseSignals()
