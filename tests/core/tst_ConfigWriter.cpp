@@ -12,7 +12,6 @@ private Q_SLOTS:
     void wholeFileOfNewDocuments();
     void keptLinesThenBindingsThenSettings();
     void scopes();
-    void values_data();
     void values();
     void wholeWriteTakesSnapshot();
     void failedWriteChangesNothing();
@@ -74,56 +73,40 @@ void tst_ConfigWriter::scopes()
     }
 }
 
-void tst_ConfigWriter::values_data()
-{
-    QTest::addColumn<QString>("control");
-    QTest::addColumn<int>("index");
-    QTest::addColumn<QVariant>("state"); // int for positions and boxes, QString for texts
-    QTest::addColumn<QString>("setting");
-    QTest::addColumn<QString>("expected");
-
-    const auto row = [](const char *tag, const char *control, int index, const QVariant &state, const char *setting,
-                         const char *expected) {
-        QTest::newRow(tag) << QString::fromLatin1(control) << index << state << QString::fromLatin1(setting)
-                           << QString::fromLatin1(expected);
-    };
-    row("sensitivity always one decimal", "sldMsSen", 0, 90, "sensitivity", "9.0");
-    row("sensitivity tenths", "sldMsSen", 0, 105, "sensitivity", "10.5");
-    row("tenths shortest", "sldEVol", 0, 7, "s_volume", "0.7");
-    row("tenths whole", "sldEVol", 0, 10, "s_volume", "1");
-    row("tenths zero", "sldEVol", 0, 0, "s_volume", "0");
-    row("gamma", "sldGamma", 0, 13, "r_gamma", "1.3");
-    row("inverted box checked", "chkDelta", 0, 1, "cl_nodelta", "0");
-    row("texture mode", "cbTexMode", 0, 4, "r_texturemode", "GL_LINEAR_MIPMAP_LINEAR");
-    row("item value", "cbNetCon", 0, 2, "rate", "4000");
-    row("sample rate", "cbKHZ", 0, 1, "s_khz", "22");
-    row("bits", "cbClrs", 0, 1, "r_colorbits", "16");
-    row("option pair", "optLighting", 0, 1, "r_lightmap", "1");
-    row("number field, letters after", "txtFOV", 0, "90abc", "cg_fov", "90");
-    row("number field, empty", "txtFOV", 0, "", "cg_fov", "0");
-    row("number field, fraction", "txtFOV", 0, " 1.5", "cg_fov", "1.5");
-    row("trimmed field keeps text", "txtMaxPackSize", 0, " 3x ", "cl_maxpackets", "3x");
-    row("name untrimmed", "txtName", 0, " A ", "name", " A ");
-    row("model trimmed", "cmdModel", 0, " sarge/red ", "model", "sarge/red");
-    row("award text as typed", "txtAwards", 2, "07", "g_spAwards", "\\a1\\0\\a2\\0\\a3\\07\\a4\\0\\a5\\0\\a6\\0");
-    row("tier", "chkTiers", 7, 1, "g_spVideos",
-        "\\tier1\\0\\tier2\\0\\tier3\\0\\tier4\\0\\tier5\\0\\tier6\\0\\tier7\\0\\tier8\\1");
-}
-
+// The value written for a control's state (a number for positions and boxes, a text for fields).
 void tst_ConfigWriter::values()
 {
-    QFETCH(QString, control);
-    QFETCH(int, index);
-    QFETCH(QVariant, state);
-    QFETCH(QString, setting);
-    QFETCH(QString, expected);
-    StartDocument doc;
-    const int row = SettingCatalog::instance().indexOfControl(control);
-    if (state.typeId() == QMetaType::QString)
-        doc.setText(row, index, state.toString());
-    else
-        doc.setState(row, index, state.toInt());
-    QCOMPARE(written(doc, setting.toLatin1().constData()), expected);
+    const std::tuple<const char *, int, QVariant, const char *, const char *> rows[] = {
+        { "sldMsSen", 0, 90, "sensitivity", "9.0" }, // always one decimal
+        { "sldMsSen", 0, 105, "sensitivity", "10.5" },
+        { "sldEVol", 0, 7, "s_volume", "0.7" }, // tenths, shortest
+        { "sldEVol", 0, 10, "s_volume", "1" },
+        { "sldEVol", 0, 0, "s_volume", "0" },
+        { "sldGamma", 0, 13, "r_gamma", "1.3" },
+        { "chkDelta", 0, 1, "cl_nodelta", "0" }, // an inverted box
+        { "cbTexMode", 0, 4, "r_texturemode", "GL_LINEAR_MIPMAP_LINEAR" },
+        { "cbNetCon", 0, 2, "rate", "4000" }, // by item value
+        { "cbKHZ", 0, 1, "s_khz", "22" },
+        { "cbClrs", 0, 1, "r_colorbits", "16" },
+        { "optLighting", 0, 1, "r_lightmap", "1" },
+        { "txtFOV", 0, "90abc", "cg_fov", "90" }, // a number field: its leading number
+        { "txtFOV", 0, "", "cg_fov", "0" },
+        { "txtFOV", 0, " 1.5", "cg_fov", "1.5" },
+        { "txtMaxPackSize", 0, " 3x ", "cl_maxpackets", "3x" }, // a trimmed field keeps its text
+        { "txtName", 0, " A ", "name", " A " }, // the name untrimmed
+        { "cmdModel", 0, " sarge/red ", "model", "sarge/red" },
+        { "txtAwards", 2, "07", "g_spAwards", "\\a1\\0\\a2\\0\\a3\\07\\a4\\0\\a5\\0\\a6\\0" }, // as typed
+        { "chkTiers", 7, 1, "g_spVideos",
+            "\\tier1\\0\\tier2\\0\\tier3\\0\\tier4\\0\\tier5\\0\\tier6\\0\\tier7\\0\\tier8\\1" },
+    };
+    for (const auto &[control, index, state, setting, expected] : rows) {
+        StartDocument doc;
+        if (state.typeId() == QMetaType::QString)
+            doc.setText(rowOf(control), index, state.toString());
+        else
+            doc.setState(rowOf(control), index, state.toInt());
+        QCOMPARE(written(doc, setting), QString::fromLatin1(expected));
+    }
 }
 
 void tst_ConfigWriter::wholeWriteTakesSnapshot()

