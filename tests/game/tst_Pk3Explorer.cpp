@@ -26,7 +26,6 @@ private Q_SLOTS:
     void rows();
     void oneIconPerExtension();
     void archiveWithoutFiles();
-    void extensionQuestion_data();
     void extensionQuestion();
     void reopenThenClose();
     void headerClicksFlipTheOrder();
@@ -152,37 +151,30 @@ void tst_Pk3Explorer::archiveWithoutFiles()
     }
 }
 
-void tst_Pk3Explorer::extensionQuestion_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<QStringList>("answers");
-    QTest::addColumn<QString>("shown"); // O: the Open dialog, X: the extension question
-    QTest::addColumn<QString>("loaded");
-    QTest::newRow("no") << "maps.zip" << QStringList { "No" } << "X" << QString();
-    QTest::newRow("yes, cancel") << "maps.zip" << QStringList { "Yes", "" } << "XO" << QString();
-    QTest::newRow("dialog, yes, another") << "" << QStringList { "maps.zip", "Yes", "MAPS.PK3" } << "OXO"
-                                          << "MAPS.PK3";
-    QTest::newRow("upper case passes") << "MAPS.PK3" << QStringList {} << ""
-                                       << "MAPS.PK3";
-}
-
+// A name not ending in .pk3 (any case) asks whether to choose another file. In `shown`, O is the Open dialog and
+// X the question; the answers name files of the folder.
 void tst_Pk3Explorer::extensionQuestion()
 {
-    QFETCH(QString, path);
-    QFETCH(QStringList, answers);
-    QFETCH(QString, shown);
-    QFETCH(QString, loaded);
     write("maps.zip", zipBytes({ { "base.shader" } }));
     write("MAPS.PK3", zipBytes({ { "base.shader" } }));
-    answer(answers);
-    QCOMPARE(m_page->LoadPK3(path.isEmpty() ? path : m_dir.filePath(path)), !loaded.isEmpty());
-    QStringList boxes;
-    for (const QChar box : shown)
-        boxes.append(box == u'O' ? QStringLiteral("Open|Quake 3 Pak File (*.pk3)|*.pk3")
-                                 : QStringLiteral("Incorrect file extension|This isn't an PK3 file.\n"
-                                                  "Do you want to choose another file?"));
-    QCOMPARE(shownBoxes(), boxes);
-    checkShows(loaded.isEmpty() ? loaded : m_dir.filePath(loaded), loaded.isEmpty() ? 0 : 1);
+    const std::tuple<const char *, QStringList, const char *, const char *> rows[] = {
+        { "maps.zip", { "No" }, "X", "" },
+        { "maps.zip", { "Yes", "" }, "XO", "" }, // then the dialog is cancelled
+        { "", { "maps.zip", "Yes", "MAPS.PK3" }, "OXO", "MAPS.PK3" },
+        { "MAPS.PK3", {}, "", "MAPS.PK3" },
+    };
+    for (const auto &[path, answers, shown, loaded] : rows) {
+        m_page->ClosePK3();
+        answer(answers);
+        QCOMPARE(m_page->LoadPK3(*path ? m_dir.filePath(QString::fromLatin1(path)) : QString()), *loaded != 0);
+        QStringList boxes;
+        for (const char *box = shown; *box; ++box)
+            boxes.append(*box == 'O' ? QStringLiteral("Open|Quake 3 Pak File (*.pk3)|*.pk3")
+                                     : QStringLiteral("Incorrect file extension|This isn't an PK3 file.\n"
+                                                      "Do you want to choose another file?"));
+        QCOMPARE(shownBoxes(), boxes);
+        checkShows(*loaded ? m_dir.filePath(QString::fromLatin1(loaded)) : QString(), *loaded ? 1 : 0);
+    }
 }
 
 void tst_Pk3Explorer::reopenThenClose()

@@ -32,7 +32,6 @@ private Q_SLOTS:
     void listing_data();
     void listing();
     void entryDetails();
-    void unreadableArchive_data();
     void unreadableArchive();
     void unzipStaysInsideItsFolder();
     void unzipNeverFollowsLinks_data();
@@ -47,23 +46,25 @@ private:
     }
 };
 
+// Each entry listed as "folder|name", in the archive's order.
 void tst_cUnzip::listing_data()
 {
     QTest::addColumn<QByteArrayList>("names");
-    QTest::addColumn<QStringList>("listed"); // "folder|name"
-
-    QTest::newRow("root file") << QByteArrayList { "q3config.cfg" } << QStringList { "|q3config.cfg" };
-    QTest::newRow("nested, in archive order") << QByteArrayList { "models/players/sarge/head.md3", "autoexec.cfg" }
-                                              << QStringList { "models\\players\\sarge|head.md3", "|autoexec.cfg" };
-    QTest::newRow("folder entries skipped") << QByteArrayList { "models/", "models/players/", "models/players/a.skin" }
-                                            << QStringList { "models\\players|a.skin" };
-    QTest::newRow("folders only") << QByteArrayList { "maps/", "/", "maps/x/" } << QStringList {};
-    QTest::newRow("leading slash stays") << QByteArrayList { "/abs/x", "/y" } << QStringList { "/abs|x", "|/y" };
-    QTest::newRow("backslashes separate too") << QByteArrayList { "maps\\q3dm1.bsp", "a/b\\c.txt", "\\d" }
-                                              << QStringList { "maps|q3dm1.bsp", "a\\b|c.txt", "|d" };
-    QTest::newRow("UTF-8 and code page 437 names")
-        << QByteArrayList { "sons/caf\xc3\xa9.wav", "sons/caf\x82.wav" }
-        << QStringList { QStringLiteral("sons|caf\u00e9.wav"), QStringLiteral("sons|caf\u00e9.wav") };
+    QTest::addColumn<QStringList>("listed");
+    const auto row = [](const char *tag, const QByteArrayList &names, const QStringList &listed) {
+        QTest::newRow(tag) << names << listed;
+    };
+    row("root file", { "q3config.cfg" }, { "|q3config.cfg" });
+    row("nested", { "models/players/sarge/head.md3", "autoexec.cfg" },
+        { "models\\players\\sarge|head.md3", "|autoexec.cfg" });
+    row("folder entries skipped", { "models/", "models/players/", "models/players/a.skin" },
+        { "models\\players|a.skin" });
+    row("folders only", { "maps/", "/", "maps/x/" }, {});
+    row("leading slash stays", { "/abs/x", "/y" }, { "/abs|x", "|/y" });
+    row("backslashes separate too", { "maps\\q3dm1.bsp", "a/b\\c.txt", "\\d" },
+        { "maps|q3dm1.bsp", "a\\b|c.txt", "|d" });
+    row("UTF-8 and code page 437 names", { "sons/caf\xc3\xa9.wav", "sons/caf\x82.wav" },
+        { QStringLiteral("sons|caf\u00e9.wav"), QStringLiteral("sons|caf\u00e9.wav") });
 }
 
 void tst_cUnzip::listing()
@@ -109,35 +110,26 @@ void tst_cUnzip::entryDetails()
     }
 }
 
-void tst_cUnzip::unreadableArchive_data()
+// A listing that fails names the archive and keeps the entries listed before.
+void tst_cUnzip::unreadableArchive()
 {
-    QTest::addColumn<QByteArray>("bytes"); // what replaces a good archive; empty: it is removed
-    QTest::addColumn<bool>("remove");
-
     QByteArray noise(4096, Qt::Uninitialized);
     for (qsizetype i = 0; i < noise.size(); ++i)
         noise[i] = char((i * 7919 + 13) % 251);
     const QByteArray whole = zipBytes(named({ "maps/q3dm17.bsp", "scripts/a.shader", "b.cfg" }));
-    QTest::newRow("missing") << QByteArray() << true;
-    QTest::newRow("random bytes") << noise << false;
-    QTest::newRow("cut in half") << whole.first(whole.size() / 2) << false;
-    QTest::newRow("end record cut") << whole.chopped(4) << false;
-    QTest::newRow("no bytes") << QByteArray() << false;
-}
-
-void tst_cUnzip::unreadableArchive()
-{
-    QFETCH(QByteArray, bytes);
-    QFETCH(bool, remove);
-    const QString path = archive(named({ "a.cfg", "b/c.cfg" }), QStringLiteral("damaged.pk3"));
-    cUnzip zip;
-    zip.setZipFile(path);
-    QVERIFY(zip.Directory());
-    QVERIFY(remove ? QFile::remove(path) : !writeTestFile(path, bytes).isEmpty());
-    QString error;
-    QVERIFY(!zip.Directory(&error));
-    QVERIFY2(error.contains(path), qPrintable(error));
-    QCOMPARE(zip.FileCount(), 2);
+    // Random bytes, cut in half, the end record cut, no bytes at all; a null array: the archive is removed.
+    for (const QByteArray &bytes :
+        { noise, whole.first(whole.size() / 2), whole.chopped(4), QByteArray(""), QByteArray() }) {
+        const QString path = archive(named({ "a.cfg", "b/c.cfg" }), QStringLiteral("damaged.pk3"));
+        cUnzip zip;
+        zip.setZipFile(path);
+        QVERIFY(zip.Directory());
+        QVERIFY(bytes.isNull() ? QFile::remove(path) : !writeTestFile(path, bytes).isEmpty());
+        QString error;
+        QVERIFY(!zip.Directory(&error));
+        QVERIFY2(error.contains(path), qPrintable(error));
+        QCOMPARE(zip.FileCount(), 2);
+    }
 }
 
 void tst_cUnzip::unzipStaysInsideItsFolder()
