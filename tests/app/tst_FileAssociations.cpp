@@ -104,34 +104,25 @@ private Q_SLOTS:
         QVERIFY(readAll(home.filePath("data/applications/tarnwick.desktop")).contains("\nIcon=tarnwick\n"));
     }
 
-    void desktopEntry_data()
-    {
-        QTest::addColumn<QString>("exePath");
-        QTest::addColumn<QString>("exec");
-        // Quoted, then escaped as a string value: a literal backslash takes four, a literal % two.
-        QTest::newRow("plain") << "/opt/tarnwick"
-                               << "\"/opt/tarnwick\" %f";
-        QTest::newRow("spaces") << "/home/me/My Games/tarn wick"
-                                << "\"/home/me/My Games/tarn wick\" %f";
-        QTest::newRow("reserved characters") << "/opt/a$b`c\"d/100%"
-                                             << "\"/opt/a\\\\$b\\\\`c\\\\\"d/100%%\" %f";
-        QTest::newRow("backslash") << "/opt/a\\b"
-                                   << "\"/opt/a\\\\\\\\b\" %f";
-    }
     void desktopEntry()
     {
-        QFETCH(QString, exePath);
-        QFETCH(QString, exec);
-        // The rows share one home: each rewrites the entry, the rest is there already.
-        QCOMPARE(registerFreedesktop(exePath, m_home.filePath("data"), m_home.filePath("config")), "");
-        const QString text = QString::fromUtf8(readAll(m_home.filePath("data/applications/tarnwick.desktop")));
-        const QStringList lines = text.split(u'\n');
-        QVERIFY2(lines.first() == "[Desktop Entry]" && lines.contains("Exec=" + exec), qPrintable(text));
-        // Only Tarnwick's own types: it is not offered for every text file, and no action leads back to it.
-        QVERIFY(lines.contains("MimeType=application/x-tarnwick-cfg;application/x-tarnwick-config;"
-                               "application/x-tarnwick-controls;application/x-tarnwick-renderer;"
-                               "application/x-tarnwick-hud;application/x-tarnwick-railgun;"));
-        QVERIFY2(!text.contains("text/plain") && !text.contains("Action"), qPrintable(text));
+        // The Exec line: quoted, then escaped as a string value: a literal backslash takes four, a literal % two.
+        const std::pair<QString, QString> rows[] = { { "/opt/tarnwick", "\"/opt/tarnwick\" %f" },
+            { "/home/me/My Games/tarn wick", "\"/home/me/My Games/tarn wick\" %f" },
+            { "/opt/a$b`c\"d/100%", "\"/opt/a\\\\$b\\\\`c\\\\\"d/100%%\" %f" },
+            { "/opt/a\\b", "\"/opt/a\\\\\\\\b\" %f" } };
+        for (const auto &[exePath, exec] : rows) {
+            // The rows share one home: each rewrites the entry, the rest is there already.
+            QCOMPARE(registerFreedesktop(exePath, m_home.filePath("data"), m_home.filePath("config")), "");
+            const QString text = QString::fromUtf8(readAll(m_home.filePath("data/applications/tarnwick.desktop")));
+            const QStringList lines = text.split(u'\n');
+            QVERIFY2(lines.first() == "[Desktop Entry]" && lines.contains("Exec=" + exec), qPrintable(text));
+            // Only Tarnwick's own types: it is not offered for every text file, and no action leads back to it.
+            QVERIFY(lines.contains("MimeType=application/x-tarnwick-cfg;application/x-tarnwick-config;"
+                                   "application/x-tarnwick-controls;application/x-tarnwick-renderer;"
+                                   "application/x-tarnwick-hud;application/x-tarnwick-railgun;"));
+            QVERIFY2(!text.contains("text/plain") && !text.contains("Action"), qPrintable(text));
+        }
     }
 
     void mimeappsList_data()
@@ -203,27 +194,19 @@ private Q_SLOTS:
         }
     }
 
-    void failedWriteNamed_data()
-    {
-        QTest::addColumn<QString>("blocked"); // a file where a folder should be
-        QTest::addColumn<QString>("named");
-        QTest::newRow("data folder") << "data"
-                                     << "tarnwick.xml";
-        QTest::newRow("icon theme") << "data/icons"
-                                    << "tarnwick.png";
-        QTest::newRow("applications") << "data/applications"
-                                      << "tarnwick.desktop";
-    }
+    // A file where a folder should be: the error names the file not written, and the user's defaults wait.
     void failedWriteNamed()
     {
-        QFETCH(QString, blocked);
-        QFETCH(QString, named);
-        QTemporaryDir home;
-        QVERIFY(QDir().mkpath(QFileInfo(home.filePath(blocked)).path()));
-        writeTestFile(home.filePath(blocked), "not a folder");
-        const QString error = registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.filePath("config"));
-        QVERIFY2(error.contains(named) && !error.contains(u'\n'), qPrintable(error));
-        QVERIFY(!QFileInfo::exists(home.filePath("config"))); // the user's defaults wait for a good registration
+        const std::pair<QString, QString> rows[] = { { "data", "tarnwick.xml" }, { "data/icons", "tarnwick.png" },
+            { "data/applications", "tarnwick.desktop" } };
+        for (const auto &[blocked, named] : rows) {
+            QTemporaryDir home;
+            QVERIFY(QDir().mkpath(QFileInfo(home.filePath(blocked)).path()));
+            writeTestFile(home.filePath(blocked), "not a folder");
+            const QString error = registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.filePath("config"));
+            QVERIFY2(error.contains(named) && !error.contains(u'\n'), qPrintable(error));
+            QVERIFY(!QFileInfo::exists(home.filePath("config")));
+        }
     }
 
 private:

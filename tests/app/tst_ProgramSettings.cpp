@@ -48,9 +48,7 @@ private Q_SLOTS:
     void loadOptions_data();
     void loadOptions();
     void saveOptionsKeepsTheRestAndLoadsBack();
-    void failedWriteKeepsTheOldFile_data();
     void failedWriteKeepsTheOldFile();
-    void settingsFilePath_data();
     void settingsFilePath();
 };
 
@@ -163,56 +161,43 @@ void tst_ProgramSettings::saveOptionsKeepsTheRestAndLoadsBack()
     }
 }
 
-void tst_ProgramSettings::failedWriteKeepsTheOldFile_data()
-{
-    QTest::addColumn<QString>("target");
-    row("missing folder", u"missing/tarnwick.ini"_qs);
-    row("folder in the way", u"folder"_qs);
-    row("read-only file", u"locked.ini"_qs);
-}
-
+// A missing folder, a folder in the way, a read-only file: the write fails, says so, and changes nothing.
 void tst_ProgramSettings::failedWriteKeepsTheOldFile()
 {
-    QFETCH(QString, target);
     QDir(dir.path()).mkpath("folder");
     const QByteArray old = "[Tarnwick]\r\nwx=1\r\n";
     const QString locked = file(old, "locked.ini");
     QFile::setPermissions(locked, QFile::ReadOwner);
-    if (QFileInfo(locked).isWritable() && target == u"locked.ini")
-        QSKIP("running as a user who writes into read-only files");
-    const QString path = dir.filePath(target);
-    QString error;
-    QVERIFY(!IniFile::WriteSetting("Tarnwick", "wx", "2", path, &error));
-    QVERIFY(error.contains(QFileInfo(path).fileName()));
-    error.clear();
-    QVERIFY(!pbSaveOptions(path, ProgramSettings {}, false, &error));
-    QVERIFY(!error.isEmpty());
-    QCOMPARE(readTestFile(locked), old);
-    QVERIFY(!QFile::exists(dir.filePath("missing")));
+    for (const QString &target : { u"missing/tarnwick.ini"_qs, u"folder"_qs, u"locked.ini"_qs }) {
+        if (QFileInfo(locked).isWritable() && target == u"locked.ini")
+            QSKIP("running as a user who writes into read-only files");
+        const QString path = dir.filePath(target);
+        QString error;
+        QVERIFY(!IniFile::WriteSetting("Tarnwick", "wx", "2", path, &error));
+        QVERIFY2(error.contains(QFileInfo(path).fileName()), qPrintable(error));
+        error.clear();
+        QVERIFY(!pbSaveOptions(path, ProgramSettings {}, false, &error));
+        QVERIFY(!error.isEmpty());
+        QCOMPARE(readTestFile(locked), old);
+        QVERIFY(!QFile::exists(dir.filePath("missing")));
+    }
 }
 
-void tst_ProgramSettings::settingsFilePath_data()
-{
-    QTest::addColumn<QString>("folder");
-    QTest::addColumn<bool>("portable");
-    row("writable", u"open"_qs, true);
-    row("read-only", u"locked"_qs, false);
-    row("missing", u"missing"_qs, false);
-}
-
+// The settings file sits beside the program where that folder is writable, else in the user's settings folder.
 void tst_ProgramSettings::settingsFilePath()
 {
-    QFETCH(QString, folder);
-    QFETCH(bool, portable);
     QDir(dir.path()).mkpath("open");
     QDir(dir.path()).mkpath("locked");
     QFile::setPermissions(dir.filePath("locked"), QFile::ReadOwner | QFile::ExeOwner);
-    if (QFileInfo(dir.filePath("locked")).isWritable() && folder == u"locked")
-        QSKIP("running as a user who writes into read-only folders");
-    const QString path = ::settingsFilePath(dir.filePath(folder));
     const QString config = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-    QCOMPARE(path, QDir(portable ? dir.filePath(folder) : config).filePath("tarnwick.ini"));
-    QVERIFY(QFileInfo(QFileInfo(path).path()).isDir());
+    for (const auto &[folder, portable] :
+        { std::pair(u"open"_qs, true), { u"missing"_qs, false }, { u"locked"_qs, false } }) {
+        if (QFileInfo(dir.filePath("locked")).isWritable() && folder == u"locked")
+            QSKIP("running as a user who writes into read-only folders");
+        const QString path = ::settingsFilePath(dir.filePath(folder));
+        QCOMPARE(path, QDir(portable ? dir.filePath(folder) : config).filePath("tarnwick.ini"));
+        QVERIFY(QFileInfo(QFileInfo(path).path()).isDir());
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_ProgramSettings)
