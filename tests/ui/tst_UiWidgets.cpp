@@ -1,11 +1,9 @@
-// Tests for the reusable window components: help board, title strip, page buttons, memory panel, links.
-#include "HoverButton.h"
+// Tests for the reusable window components: help board, title strip, memory panel, links.
 #include "LinkLabel.h"
 #include "MemoryPanel.h"
 #include "MsgBoard.h"
 #include "TitleStrip.h"
 
-#include <QEnterEvent>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -39,7 +37,6 @@ private Q_SLOTS:
     void parsesMemInfo();
     void queriesThisMachine();
     void linkActivatesOnReleaseOverIt();
-    void hoverButtonTracksTheMouse();
 };
 
 void tst_UiWidgets::sheetHasFourDistinctIconsOnTheBoardColour()
@@ -171,17 +168,6 @@ void tst_UiWidgets::linkActivatesOnReleaseOverIt()
         QVERIFY(!link.isHeld());
     }
     QCOMPARE(spy, QList<QVariantList> { { url } });
-}
-
-void tst_UiWidgets::hoverButtonTracksTheMouse()
-{
-    HoverButton button(QStringLiteral("Graphics"));
-    QEnterEvent enter(QPointF(2, 2), QPointF(2, 2), QPointF(2, 2));
-    QCoreApplication::sendEvent(&button, &enter);
-    QVERIFY(button.isHovered());
-    QEvent leave(QEvent::Leave);
-    QCoreApplication::sendEvent(&button, &leave);
-    QVERIFY(!button.isHovered());
 }
 
 QTEST_MAIN(tst_UiWidgets)
