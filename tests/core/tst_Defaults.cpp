@@ -2,17 +2,6 @@
 
 using namespace TestSupport;
 
-class tst_Defaults : public QObject
-{
-    Q_OBJECT
-
-private Q_SLOTS:
-    void restoreOnStartState();
-    void absentSettingsTakeTheSnapshot();
-    void defaultsSetKeysListsAndSnapshot();
-    void newModes();
-};
-
 namespace {
 
 // Lines of `after` that differ from `before`, same length assumed.
@@ -32,82 +21,88 @@ const QByteArray playerFile = "bind w \"+forward\"\r\nbind q \"+button3\"\r\nset
 
 } // namespace
 
-void tst_Defaults::restoreOnStartState()
+class tst_Defaults : public QObject
 {
-    // The snapshot holds the start values with the eight default entries written over them.
-    StartDocument doc;
-    QVERIFY(!doc.isModified() && !doc.HasFile() && !doc.canRestore());
-    QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
-    const QStringList before = wholeFileLines(doc);
-    doc.ApplySnapshot();
-    QCOMPARE(
-        changedLines(before, wholeFileLines(doc)), (QStringList { "seta cl_packetdup \"0\"", "seta r_flares \"1\"" }));
-}
+    Q_OBJECT
 
-void tst_Defaults::absentSettingsTakeTheSnapshot()
-{
-    StartDocument doc;
-    QVERIFY(readBytes(doc, "seta cg_fov 100\r\n"));
-    QCOMPARE(written(doc, "r_flares"), QStringLiteral("1"));
-    QCOMPARE(written(doc, "cl_packetdup"), QStringLiteral("0"));
-    QCOMPARE(written(doc, "rate"), QStringLiteral("25000"));
-    // A second read keeps what the first one took.
-    QVERIFY(readBytes(doc, "seta cg_gibs 1\r\n"));
-    QCOMPARE(written(doc, "cg_fov"), QStringLiteral("100"));
-}
-
-void tst_Defaults::defaultsSetKeysListsAndSnapshot()
-{
-    StartDocument doc;
-    QVERIFY(readBytes(doc, playerFile));
-    doc.setState(rowOf("chkSun"), 0, 1);
-    doc.setText(rowOf("txtName"), 0, "Player");
-
-    Defaults(doc, false);
-    QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "" }));
-
-    Defaults(doc, true);
-    QVERIFY(!doc.isModified());
-    QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "UPARROW" }));
-    QCOMPARE(doc.bindings().at(29), ActionBinding {}); // the gesture has no default key: the file's goes
-    QCOMPARE(written(doc, "r_mode"), QStringLiteral("3"));
-    QCOMPARE(written(doc, "cg_shadows"), QStringLiteral("1"));
-    QCOMPARE(written(doc, "r_drawsun"), QStringLiteral("1"));
-    QCOMPARE(written(doc, "name"), QStringLiteral("Player"));
-
-    doc.setState(rowOf("sldGamma"), 0, 20);
-    doc.ApplySnapshot();
-    QCOMPARE(written(doc, "name"), QStringLiteral("UnnamedPlayer"));
-    QCOMPARE(written(doc, "r_gamma"), QStringLiteral("1"));
-    QCOMPARE(written(doc, "cg_draw2d"), QStringLiteral("1"));
-}
-
-// Gibs, marks and the rest of the values survive every mode; only these change.
-void tst_Defaults::newModes()
-{
-    // Forward's key, the gesture's key, the first award, cg_draw2d and cg_drawfps, cl_noprint, r_mode.
-    const std::pair<NewMode, QStringList> rows[]
-        = { { NewMode::KeepControlKeys, { "W", "Q", "4", "1", "1", "0", "6" } },
-              { NewMode::ResetToDefaults, { "W", "", "4", "1", "1", "0", "3" } },
-              { NewMode::Clear, { "", "", "0", "0", "0", "1", "6" } } };
-    QTemporaryDir dir;
-    const QString player = writeTestFile(dir.filePath("player.cfg"), playerFile);
-    for (const auto &[mode, values] : rows) {
+private Q_SLOTS:
+    void restoreOnStartState()
+    {
+        // The snapshot holds the start values with the eight default entries written over them.
         StartDocument doc;
-        QVERIFY(OpenCfgFile(doc, player));
-        QVERIFY(doc.HasFile() && doc.canRestore());
-        doc.setState(rowOf("chkMarks"), 0, 1);
-        NewCfg(doc, "Fresh", mode);
-        QCOMPARE(doc.displayName(), QStringLiteral("Fresh"));
-        QVERIFY(!doc.HasFile() && doc.path().isEmpty() && !doc.canRestore() && !doc.isModified());
-        QCOMPARE((QStringList { doc.bindings().at(1).firstKey, doc.bindings().at(29).firstKey,
-                     doc.text(rowOf("txtAwards"), 0), written(doc, "cg_draw2d"), written(doc, "cg_drawfps"),
-                     written(doc, "cl_noprint"), written(doc, "r_mode") }),
-            values);
-        QVERIFY(written(doc, "cg_gibs") == u"1" && written(doc, "cg_marks") == u"1");
-        QCOMPARE(doc.text(rowOf("txtAwards"), 4), values[2] == u"4" ? QStringLiteral("2") : QStringLiteral("0"));
+        QVERIFY(!doc.isModified() && !doc.HasFile() && !doc.canRestore());
+        QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
+        const QStringList before = wholeFileLines(doc);
+        doc.ApplySnapshot();
+        QCOMPARE(changedLines(before, wholeFileLines(doc)),
+            (QStringList { "seta cl_packetdup \"0\"", "seta r_flares \"1\"" }));
     }
-}
+
+    void absentSettingsTakeTheSnapshot()
+    {
+        StartDocument doc;
+        QVERIFY(readBytes(doc, "seta cg_fov 100\r\n"));
+        QCOMPARE(written(doc, "r_flares"), QStringLiteral("1"));
+        QCOMPARE(written(doc, "cl_packetdup"), QStringLiteral("0"));
+        QCOMPARE(written(doc, "rate"), QStringLiteral("25000"));
+        // A second read keeps what the first one took.
+        QVERIFY(readBytes(doc, "seta cg_gibs 1\r\n"));
+        QCOMPARE(written(doc, "cg_fov"), QStringLiteral("100"));
+    }
+
+    void defaultsSetKeysListsAndSnapshot()
+    {
+        StartDocument doc;
+        QVERIFY(readBytes(doc, playerFile));
+        doc.setState(rowOf("chkSun"), 0, 1);
+        doc.setText(rowOf("txtName"), 0, "Player");
+
+        Defaults(doc, false);
+        QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "" }));
+
+        Defaults(doc, true);
+        QVERIFY(!doc.isModified());
+        QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "UPARROW" }));
+        QCOMPARE(doc.bindings().at(29), ActionBinding {}); // the gesture has no default key: the file's goes
+        QCOMPARE(written(doc, "r_mode"), QStringLiteral("3"));
+        QCOMPARE(written(doc, "cg_shadows"), QStringLiteral("1"));
+        QCOMPARE(written(doc, "r_drawsun"), QStringLiteral("1"));
+        QCOMPARE(written(doc, "name"), QStringLiteral("Player"));
+
+        doc.setState(rowOf("sldGamma"), 0, 20);
+        doc.ApplySnapshot();
+        QCOMPARE(written(doc, "name"), QStringLiteral("UnnamedPlayer"));
+        QCOMPARE(written(doc, "r_gamma"), QStringLiteral("1"));
+        QCOMPARE(written(doc, "cg_draw2d"), QStringLiteral("1"));
+    }
+
+    // Gibs, marks and the rest of the values survive every mode; only these change.
+    void newModes()
+    {
+        // Forward's key, the gesture's key, the first award, cg_draw2d and cg_drawfps, cl_noprint, r_mode.
+        const std::pair<NewMode, QStringList> rows[]
+            = { { NewMode::KeepControlKeys, { "W", "Q", "4", "1", "1", "0", "6" } },
+                  { NewMode::ResetToDefaults, { "W", "", "4", "1", "1", "0", "3" } },
+                  { NewMode::Clear, { "", "", "0", "0", "0", "1", "6" } } };
+        QTemporaryDir dir;
+        const QString player = writeTestFile(dir.filePath("player.cfg"), playerFile);
+        for (const auto &[mode, values] : rows) {
+            StartDocument doc;
+            QVERIFY(OpenCfgFile(doc, player));
+            QVERIFY(doc.HasFile() && doc.canRestore());
+            doc.setState(rowOf("chkMarks"), 0, 1);
+            NewCfg(doc, "Fresh", mode);
+            QCOMPARE(doc.displayName(), QStringLiteral("Fresh"));
+            QVERIFY(!doc.HasFile() && doc.path().isEmpty() && !doc.canRestore() && !doc.isModified());
+            QCOMPARE((QStringList { doc.bindings().at(1).firstKey, doc.bindings().at(29).firstKey,
+                         doc.text(rowOf("txtAwards"), 0), written(doc, "cg_draw2d"), written(doc, "cg_drawfps"),
+                         written(doc, "cl_noprint"), written(doc, "r_mode") }),
+                values);
+            QVERIFY(written(doc, "cg_gibs") == u"1" && written(doc, "cg_marks") == u"1");
+            QCOMPARE(doc.text(rowOf("txtAwards"), 4), values[2] == u"4" ? QStringLiteral("2") : QStringLiteral("0"));
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_Defaults)
 #include "tst_Defaults.moc"

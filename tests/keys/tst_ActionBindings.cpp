@@ -39,124 +39,119 @@ class tst_ActionBindings : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void parseBindLine();
-    void applyBindLines();
-    void eachCommandReachesOnlyItsAction();
-    void writtenLinesReadBack();
-    void defineKey();
+    // The key a bind line gives a command; empty: the line gives this command nothing.
+    void parseBindLine()
+    {
+        const std::tuple<const char *, const char *, const char *> rows[] = {
+            { "bind w \"+forward\"", "+forward", "W" }, // the key upper-cased
+            { "bind\tmouse1\t+attack", "+attack", "MOUSE1" }, // tabs, no quotes
+            { "BIND w \"+forward\"", "+forward", "W" },
+            { "bind \"w\" \"+forward\"", "+forward", "W" },
+            { "bind   w   \"+forward\"  \t", "+forward", "W" },
+            { "bind t \"toggle cg_thirdperson\"", "toggle cg_thirdperson", "T" },
+            { "bind w \"+forward\"", "+FORWARD", "W" }, // the command asked for in capitals
+            // The command must end the line exactly as written.
+            { "bind w \"+FORWARD\"", "+forward", "" },
+            { "bind x \"weapon 10\"", "weapon 10", "X" },
+            { "bind x \"weapon 10\"", "weapon 1", "" },
+            // Whatever stands between "bind " and the command is the key; nothing (or less) there: ignored.
+            { "bind x say go \"+forward\"", "+forward", "X SAY GO" },
+            { "bind \"+forward\"", "+forward", "" },
+            { "bind+forward", "+forward", "" },
+            { "bind  +forward", "+forward", "" },
+            { "echo bind w \"+forward\"", "+forward", "" },
+            { " bind w \"+forward\"", "+forward", "" },
+            { "", "+forward", "" },
+        };
+        for (const auto &[line, command, key] : rows)
+            QVERIFY2(ParseBindLine(QString::fromLatin1(line), QString::fromLatin1(command)).value_or(QString())
+                    == QLatin1String(key),
+                line);
+    }
+
+    // Bind lines applied in turn to bindings that hold `before`.
+    void applyBindLines()
+    {
+        const std::tuple<const char *, QStringList, const char *> rows[] = {
+            { "", { "bind w \"+forward\"" }, "1=W|" }, { "1=W|", { "bind UPARROW \"+forward\"" }, "1=W|UPARROW" },
+            { "1=W|UPARROW", { "bind x \"+forward\"" }, "1=W|X" }, // a third key replaces the second
+            { "1=|UPARROW", { "bind w \"+forward\"" }, "1=W|UPARROW" }, // an empty first is taken again
+            { "1=W|", { "bind w \"+forward\"" }, "1=W|W" },
+            { "1=W|", { "bind w \"+back\"" }, "1=W| 2=W|" }, // the key stays with the other action
+            { "1=W|", { "bind x \"+klook\"" }, "1=W|" }, // an unknown command
+            { "",
+                { "bind w \"+forward\"", "bind \"+forward\"", "bind", "bind \"+attack\"", "bind UPARROW \"+forward\"",
+                    "bind mouse1 +attack" },
+                "1=W|UPARROW 10=MOUSE1|" }, // malformed lines stop nothing
+        };
+        for (const auto &[before, lines, after] : rows) {
+            ActionBindings bindings = bindingsFrom(QString::fromLatin1(before));
+            for (const QString &line : lines)
+                bindings.ApplyBindLine(line);
+            QCOMPARE(describe(bindings), QString::fromLatin1(after));
+        }
+    }
+
+    void eachCommandReachesOnlyItsAction()
+    {
+        for (int i = 0; i < ActionTable::Count; ++i) {
+            ActionBindings bindings;
+            bindings.ApplyBindLine(QStringLiteral("bind k ") + ActionTable::quotedCommand(i));
+            QCOMPARE(describe(bindings), QString::number(i) + QStringLiteral("=K|"));
+        }
+    }
+
+    // Bindings written as bind lines and read back; the lines themselves where given.
+    void writtenLinesReadBack()
+    {
+        const std::tuple<const char *, QStringList, const char *> rows[] = {
+            // One-character names are written in lower case, longer ones as stored.
+            { "1=W|MOUSE2", { "bind w \"+forward\"", "bind MOUSE2 \"+forward\"" }, nullptr },
+            { "22=\\| 35=T|", { "bind \\ \"weapon 10\"", "bind t \"toggle cg_thirdperson\"" }, nullptr },
+            // A lone second key is written as the only line, which a read puts first.
+            { "1=|UPARROW", { "bind UPARROW \"+forward\"" }, "1=UPARROW|" },
+            // Reading upper-cases every name, the scroll lock name included.
+            { "10=0x00|", { "bind 0x00 \"+attack\"" }, "10=0X00|" },
+            { "7=\\|' 8==|- 30=SEMICOLON|` 36=~|", {}, nullptr },
+            { "1=W|W 2=W| 35=F1|KP_ENTER", {}, nullptr }, // one key on several actions
+            { "1=\u00C9|", {}, nullptr }, // a non-ASCII one-character name
+        };
+        for (const auto &[written, lines, read] : rows) {
+            const ActionBindings original = bindingsFrom(QString::fromUtf8(written));
+            QStringList all;
+            for (int i = 0; i < ActionTable::Count; ++i)
+                all += original.BindLinesFor(i);
+            if (!lines.isEmpty())
+                QCOMPARE(all, lines);
+            ActionBindings reread = bindingsFrom(QStringLiteral("1=X|Y"));
+            reread.ClearAllBindings();
+            for (const QString &line : all)
+                reread.ApplyBindLine(line);
+            QCOMPARE(describe(reread), QString::fromUtf8(read ? read : written));
+        }
+    }
+
+    // A key defined into a slot leaves every other slot that held it.
+    void defineKey()
+    {
+        const std::tuple<const char *, int, KeySlot, const char *, const char *> rows[] = {
+            { "", Forward, KeySlot::First, "W", "1=W|" }, { "1=W|MOUSE2", Back, KeySlot::First, "W", "1=|MOUSE2 2=W|" },
+            { "1=UPARROW|W", Back, KeySlot::Second, "W", "1=UPARROW| 2=|W" },
+            { "1=W|W", Back, KeySlot::First, "W", "1=|W 2=W|" }, // one slot cleared per action
+            { "1=W| 2=|W 10=W|MOUSE1", Jump, KeySlot::Second, "W", "5=|W 10=|MOUSE1" },
+            { "1=W|", Forward, KeySlot::Second, "W", "1=|W" }, // moved within the action
+            { "1=X|W", Forward, KeySlot::First, "W", "1=W|" },
+            { "1=W|MOUSE2", Forward, KeySlot::First, "W", "1=W|MOUSE2" }, // the same slot again
+            { "1=W|MOUSE2", Forward, KeySlot::Second, "X", "1=W|X" },
+            { "1=0X00|", Back, KeySlot::First, "0x00", "1=0X00| 2=0x00|" }, // names compare exactly
+        };
+        for (const auto &[before, action, slot, key, after] : rows) {
+            ActionBindings bindings = bindingsFrom(QString::fromLatin1(before));
+            bindings.DefineKey(action, slot, QString::fromLatin1(key));
+            QCOMPARE(describe(bindings), QString::fromLatin1(after));
+        }
+    }
 };
-
-// The key a bind line gives a command; empty: the line gives this command nothing.
-void tst_ActionBindings::parseBindLine()
-{
-    const std::tuple<const char *, const char *, const char *> rows[] = {
-        { "bind w \"+forward\"", "+forward", "W" }, // the key upper-cased
-        { "bind\tmouse1\t+attack", "+attack", "MOUSE1" }, // tabs, no quotes
-        { "BIND w \"+forward\"", "+forward", "W" },
-        { "bind \"w\" \"+forward\"", "+forward", "W" },
-        { "bind   w   \"+forward\"  \t", "+forward", "W" },
-        { "bind t \"toggle cg_thirdperson\"", "toggle cg_thirdperson", "T" },
-        { "bind w \"+forward\"", "+FORWARD", "W" }, // the command asked for in capitals
-        // The command must end the line exactly as written.
-        { "bind w \"+FORWARD\"", "+forward", "" },
-        { "bind x \"weapon 10\"", "weapon 10", "X" },
-        { "bind x \"weapon 10\"", "weapon 1", "" },
-        // Whatever stands between "bind " and the command is the key; nothing (or less) there: ignored.
-        { "bind x say go \"+forward\"", "+forward", "X SAY GO" },
-        { "bind \"+forward\"", "+forward", "" },
-        { "bind+forward", "+forward", "" },
-        { "bind  +forward", "+forward", "" },
-        { "echo bind w \"+forward\"", "+forward", "" },
-        { " bind w \"+forward\"", "+forward", "" },
-        { "", "+forward", "" },
-    };
-    for (const auto &[line, command, key] : rows)
-        QVERIFY2(ParseBindLine(QString::fromLatin1(line), QString::fromLatin1(command)).value_or(QString())
-                == QLatin1String(key),
-            line);
-}
-
-// Bind lines applied in turn to bindings that hold `before`.
-void tst_ActionBindings::applyBindLines()
-{
-    const std::tuple<const char *, QStringList, const char *> rows[] = {
-        { "", { "bind w \"+forward\"" }, "1=W|" }, { "1=W|", { "bind UPARROW \"+forward\"" }, "1=W|UPARROW" },
-        { "1=W|UPARROW", { "bind x \"+forward\"" }, "1=W|X" }, // a third key replaces the second
-        { "1=|UPARROW", { "bind w \"+forward\"" }, "1=W|UPARROW" }, // an empty first is taken again
-        { "1=W|", { "bind w \"+forward\"" }, "1=W|W" },
-        { "1=W|", { "bind w \"+back\"" }, "1=W| 2=W|" }, // the key stays with the other action
-        { "1=W|", { "bind x \"+klook\"" }, "1=W|" }, // an unknown command
-        { "",
-            { "bind w \"+forward\"", "bind \"+forward\"", "bind", "bind \"+attack\"", "bind UPARROW \"+forward\"",
-                "bind mouse1 +attack" },
-            "1=W|UPARROW 10=MOUSE1|" }, // malformed lines stop nothing
-    };
-    for (const auto &[before, lines, after] : rows) {
-        ActionBindings bindings = bindingsFrom(QString::fromLatin1(before));
-        for (const QString &line : lines)
-            bindings.ApplyBindLine(line);
-        QCOMPARE(describe(bindings), QString::fromLatin1(after));
-    }
-}
-
-void tst_ActionBindings::eachCommandReachesOnlyItsAction()
-{
-    for (int i = 0; i < ActionTable::Count; ++i) {
-        ActionBindings bindings;
-        bindings.ApplyBindLine(QStringLiteral("bind k ") + ActionTable::quotedCommand(i));
-        QCOMPARE(describe(bindings), QString::number(i) + QStringLiteral("=K|"));
-    }
-}
-
-// Bindings written as bind lines and read back; the lines themselves where given.
-void tst_ActionBindings::writtenLinesReadBack()
-{
-    const std::tuple<const char *, QStringList, const char *> rows[] = {
-        // One-character names are written in lower case, longer ones as stored.
-        { "1=W|MOUSE2", { "bind w \"+forward\"", "bind MOUSE2 \"+forward\"" }, nullptr },
-        { "22=\\| 35=T|", { "bind \\ \"weapon 10\"", "bind t \"toggle cg_thirdperson\"" }, nullptr },
-        // A lone second key is written as the only line, which a read puts first.
-        { "1=|UPARROW", { "bind UPARROW \"+forward\"" }, "1=UPARROW|" },
-        // Reading upper-cases every name, the scroll lock name included.
-        { "10=0x00|", { "bind 0x00 \"+attack\"" }, "10=0X00|" }, { "7=\\|' 8==|- 30=SEMICOLON|` 36=~|", {}, nullptr },
-        { "1=W|W 2=W| 35=F1|KP_ENTER", {}, nullptr }, // one key on several actions
-        { "1=\u00C9|", {}, nullptr }, // a non-ASCII one-character name
-    };
-    for (const auto &[written, lines, read] : rows) {
-        const ActionBindings original = bindingsFrom(QString::fromUtf8(written));
-        QStringList all;
-        for (int i = 0; i < ActionTable::Count; ++i)
-            all += original.BindLinesFor(i);
-        if (!lines.isEmpty())
-            QCOMPARE(all, lines);
-        ActionBindings reread = bindingsFrom(QStringLiteral("1=X|Y"));
-        reread.ClearAllBindings();
-        for (const QString &line : all)
-            reread.ApplyBindLine(line);
-        QCOMPARE(describe(reread), QString::fromUtf8(read ? read : written));
-    }
-}
-
-// A key defined into a slot leaves every other slot that held it.
-void tst_ActionBindings::defineKey()
-{
-    const std::tuple<const char *, int, KeySlot, const char *, const char *> rows[] = {
-        { "", Forward, KeySlot::First, "W", "1=W|" }, { "1=W|MOUSE2", Back, KeySlot::First, "W", "1=|MOUSE2 2=W|" },
-        { "1=UPARROW|W", Back, KeySlot::Second, "W", "1=UPARROW| 2=|W" },
-        { "1=W|W", Back, KeySlot::First, "W", "1=|W 2=W|" }, // one slot cleared per action
-        { "1=W| 2=|W 10=W|MOUSE1", Jump, KeySlot::Second, "W", "5=|W 10=|MOUSE1" },
-        { "1=W|", Forward, KeySlot::Second, "W", "1=|W" }, // moved within the action
-        { "1=X|W", Forward, KeySlot::First, "W", "1=W|" },
-        { "1=W|MOUSE2", Forward, KeySlot::First, "W", "1=W|MOUSE2" }, // the same slot again
-        { "1=W|MOUSE2", Forward, KeySlot::Second, "X", "1=W|X" },
-        { "1=0X00|", Back, KeySlot::First, "0x00", "1=0X00| 2=0x00|" }, // names compare exactly
-    };
-    for (const auto &[before, action, slot, key, after] : rows) {
-        ActionBindings bindings = bindingsFrom(QString::fromLatin1(before));
-        bindings.DefineKey(action, slot, QString::fromLatin1(key));
-        QCOMPARE(describe(bindings), QString::fromLatin1(after));
-    }
-}
 
 QTEST_GUILESS_MAIN(tst_ActionBindings)
 #include "tst_ActionBindings.moc"
