@@ -36,7 +36,6 @@ private Q_SLOTS:
         row("unknown kind", { "export", "gfx", "in.cfg", "out" }, 2);
         row("unknown mode", { "new", "3", "out.cfg" }, 2);
         row("missing input", { "rewrite", "missing.cfg", "out.cfg" }, 1, noBackup);
-        row("folder as input", { "rewrite", ".", "out.cfg" }, 1, noBackup);
         row("missing output folder", { "new", "1", "none/out.cfg" }, 1);
         row("missing script", { "script", "none.txt" }, 1);
         script("script: unknown command", "\n# x\nfrob\n", 2, "tarnwick-cli: line 3: wrong script command \"frob\"");
@@ -50,7 +49,6 @@ private Q_SLOTS:
         row("pk3: two archives", { "pk3", "a.pk3", "b.pk3" }, 2);
         row("pk3: missing archive", { "pk3", "missing.pk3" }, 1,
             "tarnwick-cli: Can't read the archive \"missing.pk3\": No such file");
-        row("pk3: folder as archive", { "pk3", "." }, 1);
     }
 
     void exitCodes()

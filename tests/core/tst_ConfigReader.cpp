@@ -50,7 +50,6 @@ private Q_SLOTS:
         row("sensitivity above range", "seta sensitivity 45", "sensitivity", "30.0");
         row("sensitivity not a number keeps", "seta sensitivity fast", "sensitivity", "9.0");
         row("handicap clamps", "seta handicap 0", "handicap", "1");
-        row("handicap half to even", "seta handicap 50.5", "handicap", "50");
         // Check boxes: inverted boxes keep their meaning through a read and a write.
         row("box above upper falls back", "seta cg_gibs 2", "cg_gibs", "1");
         row("inverted box", "seta cl_nodelta 1", "cl_nodelta", "1");

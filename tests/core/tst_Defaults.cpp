@@ -65,7 +65,6 @@ private Q_SLOTS:
         QCOMPARE(doc.bindings().at(1), (ActionBinding { "W", "UPARROW" }));
         QCOMPARE(doc.bindings().at(29), ActionBinding {}); // the gesture has no default key: the file's goes
         QCOMPARE(written(doc, "r_mode"), QStringLiteral("3"));
-        QCOMPARE(written(doc, "cg_shadows"), QStringLiteral("1"));
         QCOMPARE(written(doc, "r_drawsun"), QStringLiteral("1"));
         QCOMPARE(written(doc, "name"), QStringLiteral("Player"));
 

@@ -37,7 +37,6 @@ private Q_SLOTS:
         const auto row = [](const char *tag, const QByteArrayList &names, const QStringList &listed) {
             QTest::newRow(tag) << names << listed;
         };
-        row("root file", { "q3config.cfg" }, { "|q3config.cfg" });
         row("nested", { "models/players/sarge/head.md3", "autoexec.cfg" },
             { "models\\players\\sarge|head.md3", "|autoexec.cfg" });
         row("folder entries skipped", { "models/", "models/players/", "models/players/a.skin" },
