@@ -20,8 +20,7 @@ private Q_SLOTS:
             QFile f(m_dir.filePath(QString::fromLatin1(name)));
             QVERIFY(f.open(QIODevice::WriteOnly));
         }
-        QVERIFY(QDir(m_dir.path()).mkdir("folder.ctr"));
-        QVERIFY(QDir(m_dir.path()).mkdir("folder.hud"));
+        QVERIFY(QDir(m_dir.path()).mkdir("folder.ctr") && QDir(m_dir.path()).mkdir("folder.hud"));
     }
 
     void classify_data()

@@ -49,7 +49,6 @@ private Q_SLOTS:
         QTest::addColumn<QString>("commandLine");
         QTest::addColumn<bool>("sent");
         const qsizetype max = SingleInstance::maxPayload();
-        QTest::newRow("file name") << "q3config.cfg" << true;
         QTest::newRow("blanks and accents") << "/tmp/Spiel ü/é.cfg" << true;
         QTest::newRow("quotes kept") << "\"x.cfg\"" << true;
         QTest::newRow("restore only") << "" << true;

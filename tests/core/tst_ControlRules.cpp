@@ -64,8 +64,6 @@ private Q_SLOTS:
         QTest::newRow("icons without the status bar")
             << QStringList { "chk2D", "chkIcons" } << QStringList { "chkStBar" } << "chkIcons"
             << QStringList { "chk3DIcons" } << none;
-        QTest::newRow("crosshair off") << QStringList { "chk2D" } << QStringList { "chkCHair" } << "chkCHair" << none
-                                       << QStringList { "slCHairSize" };
         QTest::newRow("crosshair on, 2D off") << QStringList { "chkCHair" } << QStringList { "chk2D" } << "chkCHair"
                                               << none << QStringList { "slCHairSize" };
 

@@ -44,7 +44,6 @@ private Q_SLOTS:
         QVERIFY(readBytes(doc, "seta cg_fov 100\r\n"));
         QCOMPARE(written(doc, "r_flares"), QStringLiteral("1"));
         QCOMPARE(written(doc, "cl_packetdup"), QStringLiteral("0"));
-        QCOMPARE(written(doc, "rate"), QStringLiteral("25000"));
         // A second read keeps what the first one took.
         QVERIFY(readBytes(doc, "seta cg_gibs 1\r\n"));
         QCOMPARE(written(doc, "cg_fov"), QStringLiteral("100"));

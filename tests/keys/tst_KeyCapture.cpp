@@ -45,8 +45,7 @@ private Q_SLOTS:
         QWheelEvent wheel(pos, m_dialog->mapToGlobal(pos), QPoint(), QPoint(0, 120), Qt::NoButton, Qt::NoModifier,
             Qt::NoScrollPhase, false);
         QApplication::sendEvent(m_dialog.get(), &wheel);
-        QVERIFY(m_dialog->isVisible());
-        QVERIFY(m_dialog->result().keyName.isEmpty());
+        QVERIFY(m_dialog->isVisible() && m_dialog->result().keyName.isEmpty());
         sendKey(Qt::Key_K);
         QCOMPARE(m_dialog->result().keyName, QStringLiteral("K"));
     }
@@ -91,9 +90,7 @@ private Q_SLOTS:
                 dialog.reject();
             else
                 m_dialog->close();
-            QVERIFY(!m_dialog->isVisible());
-            QVERIFY(m_dialog->result().cancelled);
-            QVERIFY(m_dialog->result().keyName.isEmpty());
+            QVERIFY(!m_dialog->isVisible() && m_dialog->result().cancelled && m_dialog->result().keyName.isEmpty());
         }
     }
 
@@ -120,31 +117,27 @@ private Q_SLOTS:
 
         answer(Qt::Key_Escape);
         const KeyCaptureResult second = CaptureKey(&owner);
-        QVERIFY(second.cancelled);
-        QVERIFY(second.keyName.isEmpty());
+        QVERIFY(second.cancelled && second.keyName.isEmpty());
         QCOMPARE(owner.findChildren<frmKey *>(), QList<frmKey *> { first });
     }
 
 private:
-    void sendKey(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    void sendMouse(QEvent::Type type, Qt::MouseButton button, QPoint pos);
+    void sendKey(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier)
+    {
+        // Sent directly: QTest::keyPress would press Shift, Ctrl and Alt as keys of their own first.
+        QKeyEvent event(QEvent::KeyPress, key, modifiers);
+        QApplication::sendEvent(m_dialog.get(), &event);
+    }
+
+    void sendMouse(QEvent::Type type, Qt::MouseButton button, QPoint pos)
+    {
+        const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::MouseButtons(button) : Qt::NoButton;
+        QMouseEvent event(type, pos, m_dialog->mapToGlobal(pos), button, held, Qt::NoModifier);
+        QApplication::sendEvent(m_dialog.get(), &event);
+    }
 
     std::unique_ptr<frmKey> m_dialog;
 };
-
-void tst_KeyCapture::sendKey(int key, Qt::KeyboardModifiers modifiers)
-{
-    // Sent directly: QTest::keyPress would press Shift, Ctrl and Alt as keys of their own first.
-    QKeyEvent event(QEvent::KeyPress, key, modifiers);
-    QApplication::sendEvent(m_dialog.get(), &event);
-}
-
-void tst_KeyCapture::sendMouse(QEvent::Type type, Qt::MouseButton button, QPoint pos)
-{
-    const Qt::MouseButtons held = type == QEvent::MouseButtonPress ? Qt::MouseButtons(button) : Qt::NoButton;
-    QMouseEvent event(type, pos, m_dialog->mapToGlobal(pos), button, held, Qt::NoModifier);
-    QApplication::sendEvent(m_dialog.get(), &event);
-}
 
 QTEST_MAIN(tst_KeyCapture)
 #include "tst_KeyCapture.moc"

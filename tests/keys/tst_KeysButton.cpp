@@ -180,25 +180,23 @@ private Q_SLOTS:
     }
 
 private:
-    void play(const MouseScript &script);
+    void play(const MouseScript &script)
+    {
+        for (const MouseStep &step : script) {
+            if (step.type == Press)
+                m_buttons |= step.button;
+            else if (step.type == Release)
+                m_buttons &= ~Qt::MouseButtons(step.button);
+            const Qt::MouseButton button = step.type == Move ? Qt::NoButton : step.button;
+            QMouseEvent event(step.type, step.pos, m_keys->mapToGlobal(step.pos), button, m_buttons, step.modifiers);
+            QApplication::sendEvent(m_keys.get(), &event);
+        }
+    }
 
     std::unique_ptr<Keys> m_keys;
     QStringList m_log;
     Qt::MouseButtons m_buttons;
 };
-
-void tst_KeysButton::play(const MouseScript &script)
-{
-    for (const MouseStep &step : script) {
-        if (step.type == Press)
-            m_buttons |= step.button;
-        else if (step.type == Release)
-            m_buttons &= ~Qt::MouseButtons(step.button);
-        const Qt::MouseButton button = step.type == Move ? Qt::NoButton : step.button;
-        QMouseEvent event(step.type, step.pos, m_keys->mapToGlobal(step.pos), button, m_buttons, step.modifiers);
-        QApplication::sendEvent(m_keys.get(), &event);
-    }
-}
 
 QTEST_MAIN(tst_KeysButton)
 #include "tst_KeysButton.moc"
