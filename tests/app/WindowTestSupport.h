@@ -1,0 +1,64 @@
+// WindowTestSupport: what the window tests share — a shown main window, its widgets by name, a modal dialog
+// answered once it is up, and the small configuration and the one edit most of them make.
+#pragma once
+
+#include "Prompts.h"
+#include "SettingCatalog.h"
+#include "TestFiles.h"
+#include "frmMain.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+namespace WindowTest {
+
+/// A configuration of one setting and one binding.
+inline const QByteArray smallCfg = "seta cg_fov \"110\"\r\nbind w \"+forward\"\r\n";
+
+/// The widget named `name` under `root`; a test that misses one stops at once.
+template <typename T = QWidget> T *find(const QObject *root, const QString &name)
+{
+    T *widget = root->findChild<T *>(name);
+    if (!widget)
+        qFatal("no widget %s", qPrintable(name));
+    return widget;
+}
+
+/// A main window, shown and on the screen.
+inline frmMain *shownWindow()
+{
+    auto *window = new frmMain;
+    window->show();
+    if (!QTest::qWaitForWindowExposed(window))
+        qFatal("the window never showed");
+    return window;
+}
+
+/// Hands the next modal window to `answer` once it is up (it runs inside that window's own event loop).
+inline void whenModal(QObject *context, const std::function<void(QWidget *)> &answer)
+{
+    QTimer::singleShot(0, context, [answer] {
+        QWidget *modal = QApplication::activeModalWidget();
+        QVERIFY(modal);
+        answer(modal);
+    });
+}
+
+/// The edit the tests make: the field of view from 110 to 120.
+inline void editFov(frmMain &window)
+{
+    window.document().setText(SettingCatalog::instance().indexOfControl(u"txtFOV"), 0, QStringLiteral("120"));
+}
+
+/// The titles of the boxes and dialogs shown since the last look.
+inline QStringList titlesShown()
+{
+    QStringList titles;
+    for (const Prompts::Shown &shown : Prompts::takeShown())
+        titles << shown.title;
+    return titles;
+}
+
+} // namespace WindowTest
