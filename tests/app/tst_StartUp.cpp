@@ -6,26 +6,20 @@
 #include "LocateGameFolder.h"
 #include "PopMenu.h"
 #include "ProgramSettings.h"
-#include "Prompts.h"
-#include "SettingCatalog.h"
 #include "StartUp.h"
-#include "TestFiles.h"
 #include "WindowSettings.h"
+#include "WindowTestSupport.h"
 #include "frmAbout.h"
-#include "frmMain.h"
 #include "frmOptions.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QDir>
-#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 
 using Prompts::Answer;
+using namespace WindowTest;
 
 class tst_StartUp : public QObject
 {
@@ -37,7 +31,6 @@ private Q_SLOTS:
     void cleanup();
     void commandLineRunsItsRequest_data();
     void commandLineRunsItsRequest();
-    void commandLineAsksBeforeReplacingChanges_data();
     void commandLineAsksBeforeReplacingChanges();
     void handOverWaitsForTheOpenDialog();
     void locateGameFolder_data();
@@ -48,11 +41,13 @@ private Q_SLOTS:
     void minimizedCloseKeepsThePosition();
 
 private:
-    QString file(const QString &name, const QByteArray &bytes = "seta cg_fov \"110\"\r\nbind w \"+forward\"\r\n");
+    QString file(const QString &name, const QByteArray &bytes = smallCfg)
+    {
+        return writeTestFile(m_dir.filePath(name), bytes);
+    }
     QString gameFolder(const QString &name);
-    QStringList titlesShown();
-    /// A window started the way the program starts, with `ini` as its settings file.
-    frmMain *start(const QString &ini);
+    /// A window started the way the program starts, with a settings file naming a game folder and `more`.
+    void start(const QString &ini, const QByteArray &more);
     WindowSettings &settings() { return m_window->settings(); }
 
     frmMain *m_window = nullptr;
@@ -81,122 +76,71 @@ void tst_StartUp::cleanup()
     delete m_window;
 }
 
-QString tst_StartUp::file(const QString &name, const QByteArray &bytes)
+// A folder that holds the game program `name`; "none" for one that holds no game.
+QString tst_StartUp::gameFolder(const QString &name)
 {
-    return writeTestFile(m_dir.filePath(name), bytes);
-}
-
-// A folder that holds the game when `program` is not empty.
-QString tst_StartUp::gameFolder(const QString &program)
-{
-    const QString folder = m_dir.filePath("game-" + (program.isEmpty() ? QStringLiteral("none") : program));
+    const QString folder = m_dir.filePath("game-" + name);
     QDir().mkpath(folder + "/baseq3");
-    if (!program.isEmpty())
-        file(QDir(m_dir.path()).relativeFilePath(folder + '/' + program), "");
+    if (name != u"none")
+        file(QDir(m_dir.path()).relativeFilePath(folder + '/' + name), "");
     return folder;
 }
 
-QStringList tst_StartUp::titlesShown()
+void tst_StartUp::start(const QString &ini, const QByteArray &more)
 {
-    QStringList titles;
-    for (const Prompts::Shown &shown : Prompts::takeShown())
-        titles << shown.title;
-    return titles;
-}
-
-frmMain *tst_StartUp::start(const QString &ini)
-{
-    auto *window = new frmMain;
-    StartUp::prepare(*window, nullptr, ini, QCoreApplication::applicationFilePath());
-    window->show();
-    return window;
+    file(ini, "[Tarnwick]\r\nq3dir=" + gameFolder("quake3.exe").toUtf8() + "\r\n" + more);
+    delete m_window;
+    m_window = new frmMain;
+    StartUp::prepare(*m_window, nullptr, m_dir.filePath(ini), QCoreApplication::applicationFilePath());
+    m_window->show();
+    QVERIFY(Prompts::takeShown().isEmpty()); // a valid game folder asks nothing
 }
 
 void tst_StartUp::commandLineRunsItsRequest_data()
 {
     QTest::addColumn<QString>("file");
     QTest::addColumn<QString>("text"); // "@" stands for the file's path
-    QTest::addColumn<QList<Answer>>("answers");
     QTest::addColumn<QStringList>("shown");
-    QTest::addColumn<QString>("caption");
+    QTest::addColumn<QString>("name"); // the document's afterwards
     QTest::addColumn<int>("page");
-    QTest::addColumn<bool>("modified");
-    const QString untitled = "Untitled - Tarnwick";
-    QTest::newRow("cfg") << "mine.cfg"
-                         << "@" << QList<Answer>() << QStringList() << "mine.cfg - Tarnwick" << -1 << false;
-    QTest::newRow("cfg in quotes") << "my q3.cfg"
-                                   << " \"@\" " << QList<Answer>() << QStringList() << "my q3.cfg - Tarnwick" << -1
-                                   << false;
-    QTest::newRow("config") << "mine.Config"
-                            << "@" << QList<Answer>() << QStringList() << "mine.Config - Tarnwick" << -1 << false;
-    QTest::newRow("controls") << "keys.ctr"
-                              << "@" << QList<Answer>() << QStringList() << untitled << 2 << true;
-    QTest::newRow("renderer") << "gfx.RNR"
-                              << "@" << QList<Answer>() << QStringList() << untitled << 3 << true;
-    QTest::newRow("hud") << "hud.hud"
-                         << "@" << QList<Answer>() << QStringList() << untitled << 5 << true;
-    QTest::newRow("railgun") << "rail.rlg"
-                             << "@" << QList<Answer>() << QStringList() << untitled << 6 << true;
-    QTest::newRow("open switch") << ""
-                                 << "C:\\Program Files\\Tarnwick\\OPEN" << QList<Answer> { QString() }
-                                 << QStringList { "Open" } << untitled << -1 << false;
-    QTest::newRow("missing cfg is tried")
-        << ""
-        << "@/gone.cfg" << QList<Answer> { QMessageBox::Ok } << QStringList { "Tarnwick" } << untitled << -1 << false;
-    QTest::newRow("missing hud is nothing")
-        << ""
-        << "@/gone.hud" << QList<Answer>() << QStringList() << untitled << -1 << false;
+    const auto row = [](const char *tag, const char *file, const char *text, const QStringList &shown, const char *name,
+                         int page) { QTest::newRow(tag) << file << text << shown << name << page; };
+    row("cfg", "mine.cfg", "@", {}, "mine.cfg", -1);
+    row("renderer, window maximized", "gfx.RNR", "@", {}, "Untitled", int(Page::Renderer));
+    row("open switch", "", "C:\\Program Files\\Tarnwick\\OPEN", { "Open" }, "Untitled", -1);
+    row("missing cfg is tried", "", "@/gone.cfg", { "Tarnwick" }, "Untitled", -1);
+    row("missing hud is nothing", "", "@/gone.hud", {}, "Untitled", -1);
 }
 
 void tst_StartUp::commandLineRunsItsRequest()
 {
     QFETCH(QString, file);
     QFETCH(QString, text);
-    QFETCH(QList<Answer>, answers);
     QFETCH(QStringList, shown);
-    QFETCH(QString, caption);
+    QFETCH(QString, name);
     QFETCH(int, page);
-    QFETCH(bool, modified);
     const QString path = file.isEmpty() ? m_dir.path() : this->file(file);
     // Whatever state the window was in, it comes back normal sized.
-    page == 3 ? m_window->showMaximized() : m_window->showMinimized();
-    Prompts::setNextAnswers(answers);
+    Page(page) == Page::Renderer ? m_window->showMaximized() : m_window->showMinimized();
     m_window->commandLine().HandleCommandLine(text.replace(u'@', path));
     QCOMPARE(titlesShown(), shown);
     QVERIFY(m_window->isVisible());
     QTRY_VERIFY(!m_window->isMinimized() && !m_window->isMaximized());
-    QCOMPARE(m_window->windowTitle(), caption);
+    QCOMPARE(m_window->document().displayName(), name);
     QCOMPARE(m_window->currentPage() ? int(*m_window->currentPage()) : -1, page);
-    QCOMPARE(m_window->document().isModified(), modified);
-}
-
-void tst_StartUp::commandLineAsksBeforeReplacingChanges_data()
-{
-    QTest::addColumn<QList<Answer>>("answers");
-    QTest::addColumn<QString>("caption");
-    QTest::addColumn<bool>("saved");
-    QTest::newRow("yes saves, then opens") << QList<Answer> { QMessageBox::Yes } << "new.cfg - Tarnwick" << true;
-    QTest::newRow("no opens") << QList<Answer> { QMessageBox::No } << "new.cfg - Tarnwick" << false;
-    QTest::newRow("cancel keeps") << QList<Answer> { QMessageBox::Cancel } << "old.cfg - Tarnwick" << false;
+    QCOMPARE(m_window->document().isModified(), page >= 0); // an import is a change
 }
 
 void tst_StartUp::commandLineAsksBeforeReplacingChanges()
 {
-    QFETCH(QList<Answer>, answers);
-    QFETCH(QString, caption);
-    QFETCH(bool, saved);
-    const QString old = file("old.cfg");
-    QVERIFY(m_window->documentCommands().OpenCfg(old));
-    m_window->document().setText(SettingCatalog::instance().indexOfControl(u"txtFOV"), 0, "120");
-    Prompts::setNextAnswers(answers);
+    // Cancel keeps the changed document (every answer to the question: closeAsksToSave).
+    QVERIFY(m_window->documentCommands().OpenCfg(file("old.cfg")));
+    editFov(*m_window);
+    Prompts::setNextAnswers({ QMessageBox::Cancel });
     m_window->commandLine().HandleCommandLine(file("new.cfg"));
-    const QList<Prompts::Shown> shown = Prompts::takeShown();
-    QCOMPARE(shown.size(), 1);
-    QCOMPARE(shown[0].text, QStringLiteral("Save changes to configuration file \n\"old.cfg\" before loading a new?"));
-    QCOMPARE(m_window->windowTitle(), caption);
-    QFile f(old);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll().contains("seta cg_fov \"120\""), saved);
+    QCOMPARE(titlesShown(), QStringList { "Tarnwick" });
+    QCOMPARE(m_window->document().displayName(), QStringLiteral("old.cfg"));
+    QVERIFY(m_window->document().isModified());
 }
 
 void tst_StartUp::handOverWaitsForTheOpenDialog()
@@ -224,16 +168,13 @@ void tst_StartUp::locateGameFolder_data()
     QTest::addColumn<QString>("stored"); // a program name for a folder that holds it, "none" for one without
     QTest::addColumn<QStringList>("picked"); // folders chosen in turn ("" cancels)
     QTest::addColumn<QList<Answer>>("questions"); // answers to the retry question, in turn
-    QTest::addColumn<bool>("found");
-    QTest::addColumn<QString>("result"); // the game folder afterwards
-    QTest::newRow("valid at once") << "quake3.exe" << QStringList() << QList<Answer>() << true << "quake3.exe";
-    QTest::newRow("an engine's build counts")
-        << "ioquake3.x86_64" << QStringList() << QList<Answer>() << true << "ioquake3.x86_64";
-    QTest::newRow("cancel") << "none" << QStringList { "" } << QList<Answer>() << false << "none";
-    QTest::newRow("wrong, yes, wrong, no") << "none" << QStringList { "none", "none" }
-                                           << QList<Answer> { QMessageBox::Yes, QMessageBox::No } << false << "none";
-    QTest::newRow("wrong, yes, right") << "none" << QStringList { "none", "quake3e.x64" }
-                                       << QList<Answer> { QMessageBox::Yes } << true << "quake3e.x64";
+    QTest::addColumn<QString>("result"); // the game folder afterwards; "none": not found
+    const auto row = [](const char *tag, const char *stored, const QStringList &picked, const QList<Answer> &questions,
+                         const char *result) { QTest::newRow(tag) << stored << picked << questions << result; };
+    row("valid at once", "ioquake3.x86_64", {}, {}, "ioquake3.x86_64");
+    row("cancel", "none", { "" }, {}, "none");
+    row("wrong, yes, wrong, no", "none", { "none", "none" }, { QMessageBox::Yes, QMessageBox::No }, "none");
+    row("wrong, yes, right", "none", { "none", "quake3e.x64" }, { QMessageBox::Yes }, "quake3e.x64");
 }
 
 void tst_StartUp::locateGameFolder()
@@ -241,14 +182,12 @@ void tst_StartUp::locateGameFolder()
     QFETCH(QString, stored);
     QFETCH(QStringList, picked);
     QFETCH(QList<Answer>, questions);
-    QFETCH(bool, found);
     QFETCH(QString, result);
-    auto folderOf = [this](const QString &name) { return gameFolder(name == u"none" ? QString() : name); };
-    QString folder = folderOf(stored);
+    QString folder = gameFolder(stored);
     QList<Answer> answers;
     QStringList expected;
     for (int i = 0; i < picked.size(); ++i) {
-        answers << (picked[i].isEmpty() ? QString() : folderOf(picked[i]));
+        answers << (picked[i].isEmpty() ? QString() : gameFolder(picked[i]));
         expected << "Select Quake III Arena Folder";
         if (i < questions.size()) {
             answers << questions[i];
@@ -256,115 +195,77 @@ void tst_StartUp::locateGameFolder()
         }
     }
     Prompts::setNextAnswers(answers);
-    QCOMPARE(LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe"), folder), found);
-    const QList<Prompts::Shown> shown = Prompts::takeShown();
+    QCOMPARE(LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe"), folder), result != u"none");
     QStringList titles;
-    for (const Prompts::Shown &s : shown) {
-        titles << s.title;
-        QVERIFY(s.commandsOff);
-        if (s.title == u"Tarnwick")
-            QCOMPARE(s.text,
-                QStringLiteral("Invalid Quake III Arena Dir.\nProblem: can not locate Quake3.exe.\n\n"
-                               "Would you like to try again?"));
+    for (const Prompts::Shown &shown : Prompts::takeShown()) {
+        titles << shown.title;
+        QVERIFY(shown.commandsOff);
     }
     QCOMPARE(titles, expected);
-    QCOMPARE(folder, folderOf(result));
+    QCOMPARE(folder, gameFolder(result));
 }
 
 void tst_StartUp::optionsDialog_data()
 {
     QTest::addColumn<bool>("ok");
     QTest::addColumn<QString>("picked"); // what "&Select..." chooses ("" cancels it)
-    QTest::addColumn<QString>("typed"); // typed over it afterwards when not empty
     QTest::addColumn<QString>("folder");
-    QTest::addColumn<bool>("gradient");
-    QTest::newRow("ok takes the typed folder, trimmed") << true << ""
-                                                        << "  /games/q3  "
-                                                        << "/games/q3" << false;
-    QTest::newRow("ok takes the picked folder") << true << "/games/picked"
-                                                << ""
-                                                << "/games/picked" << false;
-    QTest::newRow("cancel keeps everything") << false << "/games/picked"
-                                             << "/elsewhere"
-                                             << "/games/old" << true;
+    QTest::newRow("ok takes the typed folder, trimmed") << true << "/games/picked"
+                                                        << "/games/q3";
+    QTest::newRow("cancel keeps everything") << false << ""
+                                             << "/games/old";
 }
 
 void tst_StartUp::optionsDialog()
 {
     QFETCH(bool, ok);
     QFETCH(QString, picked);
-    QFETCH(QString, typed);
     QFETCH(QString, folder);
-    QFETCH(bool, gradient);
     settings().setGameFolder("/games/old");
     settings().setGradient(true);
     Prompts::setNextAnswers({ picked });
-    QTimer::singleShot(0, this, [&] {
-        auto *dialog = qobject_cast<frmOptions *>(QApplication::activeModalWidget());
-        QVERIFY(dialog);
-        auto *path = dialog->findChild<QLineEdit *>("txtPath");
-        auto *check = dialog->findChild<QCheckBox *>("chkGrad");
-        QCOMPARE(path->text(), QStringLiteral("/games/old"));
-        QVERIFY(check->isChecked());
-        QVERIFY(!m_window->gate().HotKeysEnabled());
-        dialog->findChild<QPushButton *>("cmdSelect")->click();
-        if (!picked.isEmpty())
-            QCOMPARE(path->text(), picked);
-        if (!typed.isEmpty())
-            path->setText(typed);
+    whenModal(this, [&](QWidget *dialog) {
+        QVERIFY(qobject_cast<frmOptions *>(dialog) && !m_window->gate().HotKeysEnabled());
+        auto *path = WindowTest::find<QLineEdit>(dialog, "txtPath");
+        auto *check = WindowTest::find<QCheckBox>(dialog, "chkGrad");
+        QVERIFY(path->text() == u"/games/old" && check->isChecked());
+        WindowTest::find<QPushButton>(dialog, "cmdSelect")->click();
+        QCOMPARE(path->text(), picked.isEmpty() ? QStringLiteral("/games/old") : picked);
+        path->setText("  /games/q3  ");
         check->setChecked(false);
-        dialog->findChild<QPushButton *>(QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
+        WindowTest::find<QPushButton>(dialog, QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
     });
     m_window->commands().run("Options1");
     const QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 1);
-    QCOMPARE(shown[0].title, QStringLiteral("Select Quake III Arena Folder"));
     QCOMPARE(shown[0].text, QStringLiteral("/games/old")); // the picker starts at the folder shown
     QCOMPARE(settings().gameFolder(), folder);
-    QCOMPARE(m_window->commands().menu().highlightStyle() == PopMenu::Gradient, gradient);
-    QCOMPARE(settings().current().gradient, gradient ? 1 : 0);
+    QCOMPARE(m_window->commands().menu().highlightStyle() == PopMenu::Gradient, !ok);
+    QCOMPARE(settings().current().gradient, ok ? 0 : 1);
 }
 
 void tst_StartUp::settingsComeInAndGoOut()
 {
-    const QString game = gameFolder("quake3.exe");
-    const QString ini = file("in.ini",
-        "[Tarnwick]\r\nq3dir=" + game.toUtf8()
-            + "\r\ngradient=0\r\naot=1\r\nwx=1500\r\nwy=3000\r\npv_wx=10\r\npv_wy=20\r\npv_open=1\r\n");
-    delete m_window;
-    m_window = start(ini);
-    QCOMPARE(settings().gameFolder(), game);
+    start("in.ini", "gradient=0\r\naot=1\r\nwx=1500\r\nwy=3000\r\npv_wx=10\r\npv_wy=20\r\npv_open=1\r\n");
+    QCOMPARE(settings().gameFolder(), gameFolder("quake3.exe"));
     QCOMPARE(m_window->commands().menu().highlightStyle(), PopMenu::Flat);
     QVERIFY(m_window->alwaysOnTop() && m_window->commands().menu().isChecked("OnTop1"));
     QCOMPARE(m_window->commands().menu().caption("Prev1"), QStringLiteral("Hide &Preview"));
-    QCOMPARE(settings().current().wx, 1500);
-    QCOMPARE(settings().current().wy, 3000);
     QVERIFY(m_window->close());
-    const ProgramSettings out = pbLoadOptions(ini, 0, 0);
-    QCOMPARE(out.q3dir, game);
-    QCOMPARE(out.gradient, 0);
-    QCOMPARE(out.aot, 1);
-    QCOMPARE(out.wx, 1500);
-    QCOMPARE(out.wy, 3000);
-    QCOMPARE(out.pv_wx, 10);
-    QCOMPARE(out.pv_wy, 20);
-    QCOMPARE(out.pv_open, 1);
-    QVERIFY(Prompts::takeShown().isEmpty()); // a valid game folder asks nothing
+    const ProgramSettings out = pbLoadOptions(m_dir.filePath("in.ini"), 0, 0);
+    QCOMPARE(std::tuple(out.q3dir, out.gradient, out.aot, out.wx, out.wy, out.pv_wx, out.pv_wy, out.pv_open),
+        std::tuple(gameFolder("quake3.exe"), 0, 1, 1500, 3000, 10, 20, 1));
 }
 
 void tst_StartUp::minimizedCloseKeepsThePosition()
 {
-    const QString ini
-        = file("min.ini", "[Tarnwick]\r\nq3dir=" + gameFolder("quake3.exe").toUtf8() + "\r\nwx=750\r\nwy=1500\r\n");
-    delete m_window;
-    m_window = start(ini);
+    start("min.ini", "wx=750\r\nwy=1500\r\n");
     m_window->move(300, 200);
     m_window->showMinimized();
     QTRY_VERIFY(m_window->isMinimized());
     QVERIFY(m_window->close());
-    QCOMPARE(IniFile::ReadSetting("Tarnwick", "wx", "", ini), QStringLiteral("750"));
-    QCOMPARE(IniFile::ReadSetting("Tarnwick", "wy", "", ini), QStringLiteral("1500"));
-    QCOMPARE(IniFile::ReadSetting("Tarnwick", "pv_open", "", ini), QStringLiteral("0"));
+    const ProgramSettings out = pbLoadOptions(m_dir.filePath("min.ini"), 0, 0);
+    QCOMPARE(std::tuple(out.wx, out.wy, out.pv_open), std::tuple(750, 1500, 0));
 }
 
 QTEST_MAIN(tst_StartUp)
