@@ -3,23 +3,23 @@
 #include "AppFont.h"
 #include "ControlPage.h"
 #include "Keys.h"
-#include "frmMain.h"
+#include "WindowTestSupport.h"
 
-#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QStyleOptionComboBox>
-#include <QTest>
+
+Q_DECLARE_METATYPE(Page)
 
 class tst_PageLayouts : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { AppFont::install(); }
     void init();
-    void cleanup();
+    void cleanup() { delete m_window; }
     void listsShowTheirLongestEntry();
     void keyButtonsShareOneColumn_data();
     void keyButtonsShareOneColumn();
@@ -27,44 +27,22 @@ private Q_SLOTS:
     void unitsFollowTheirFields();
 
 private:
-    template <typename T> T *find(const QString &name) const
+    void showPage(Page page, int sub = 0) const
     {
-        T *widget = m_window->findChild<T *>(name);
-        if (!widget)
-            qFatal("no widget %s", qPrintable(name));
-        return widget;
+        m_window->SelectPage(page);
+        if (page == Page::Control)
+            m_window->SelectControlSubPage(ControlSubPage(sub));
+        QApplication::processEvents();
     }
-    void showPage(int page, int sub = 0) const;
 
     frmMain *m_window = nullptr;
 };
 
-void tst_PageLayouts::initTestCase()
-{
-    AppFont::install();
-}
-
 void tst_PageLayouts::init()
 {
-    m_window = new frmMain;
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowExposed(m_window));
+    m_window = WindowTest::shownWindow();
     // The opening size less a desktop frame's border and caption.
     m_window->resize(695 - 8, 500 - 31);
-    QApplication::processEvents();
-}
-
-void tst_PageLayouts::cleanup()
-{
-    delete m_window;
-    m_window = nullptr;
-}
-
-void tst_PageLayouts::showPage(int page, int sub) const
-{
-    m_window->SelectPage(Page(page));
-    if (Page(page) == Page::Control)
-        m_window->SelectControlSubPage(ControlSubPage(sub));
     QApplication::processEvents();
 }
 
@@ -72,7 +50,7 @@ void tst_PageLayouts::listsShowTheirLongestEntry()
 {
     int lists = 0;
     for (int page = 0; page < int(Page::Pk3Explorer); ++page) {
-        showPage(page);
+        showPage(Page(page));
         for (QComboBox *list : m_window->findChildren<QComboBox *>()) {
             if (!list->isVisible())
                 continue;
@@ -113,16 +91,15 @@ void tst_PageLayouts::keyButtonsShareOneColumn_data()
 void tst_PageLayouts::keyButtonsShareOneColumn()
 {
     QFETCH(int, fontScale);
-    if (fontScale != 1) {
-        QFont font = QApplication::font();
-        font.setPointSize(font.pointSize() * fontScale);
+    QFont font = QApplication::font();
+    font.setPointSize(font.pointSize() * fontScale);
+    if (fontScale != 1)
         m_window->setFont(font);
-    }
     auto *control = m_window->findChild<ControlPage *>();
     QVERIFY(control);
     int column = -1;
     for (int sub = 0; sub < ControlSubPageCount; ++sub) {
-        showPage(2, sub);
+        showPage(Page::Control, sub);
         QWidget *page = control->subPage(ControlSubPage(sub));
         QRect keysAt; // where the sub-page's first key button stands; every other one stands below it
         for (int action = 0; action < ActionTable::Count; ++action) {
@@ -143,35 +120,29 @@ void tst_PageLayouts::keyButtonsShareOneColumn()
         QVERIFY(heading);
         const int headingCentre = heading->mapTo(page, heading->rect().center()).x();
         QVERIFY2(qAbs(headingCentre - keysAt.center().x()) <= 1,
-            qPrintable(
-                QStringLiteral("heading centred at %1, keys at %2").arg(headingCentre).arg(keysAt.center().x())));
+            qPrintable(QStringLiteral("heading at %1, keys at %2").arg(headingCentre).arg(keysAt.center().x())));
     }
 }
 
 void tst_PageLayouts::unitsFollowTheirFields_data()
 {
-    QTest::addColumn<int>("page");
+    QTest::addColumn<Page>("page");
     QTest::addColumn<QString>("field");
-    QTest::addColumn<QString>("unit");
-    QTest::newRow("force respawn") << 0 << "txtForce"
-                                   << "sec";
-    QTest::newRow("message time") << 5 << "txtNTime"
-                                  << "sec";
+    QTest::newRow("force respawn") << Page::Client << "txtForce";
+    QTest::newRow("message time") << Page::HudDisplay << "txtNTime";
 }
 
 void tst_PageLayouts::unitsFollowTheirFields()
 {
-    QFETCH(int, page);
+    QFETCH(Page, page);
     QFETCH(QString, field);
-    QFETCH(QString, unit);
-
     showPage(page);
-    auto *edit = find<QLineEdit>(field);
+    auto *edit = WindowTest::find<QLineEdit>(m_window, field);
     const QRect fieldAt(edit->mapTo(m_window, QPoint(0, 0)), edit->size());
-    // The unit is the label of that text on the field's row.
+    // The unit is the label "sec" on the field's row.
     const QLabel *label = nullptr;
     for (const QLabel *candidate : m_window->findChildren<QLabel *>()) {
-        if (candidate->isVisible() && candidate->text() == unit
+        if (candidate->isVisible() && candidate->text() == u"sec"
             && qAbs(candidate->mapTo(m_window, candidate->rect().center()).y() - fieldAt.center().y()) <= 2)
             label = candidate;
     }
