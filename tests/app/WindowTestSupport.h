@@ -2,14 +2,15 @@
 // answered once it is up, and the small configuration and the one edit most of them make.
 #pragma once
 
+#include "Commands.h"
+#include "DocumentCommands.h"
 #include "Prompts.h"
 #include "SettingCatalog.h"
 #include "TestFiles.h"
 #include "frmMain.h"
 
-#include <QApplication>
 #include <QTest>
-#include <QTimer>
+#include <QtWidgets>
 #include <functional>
 
 namespace WindowTest {

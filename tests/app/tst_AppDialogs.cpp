@@ -13,57 +13,52 @@ class tst_AppDialogs : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void passwordButtons_data();
-    void passwordButtons();
-    void aboutReportsItsLinksAndClosesOnOK();
-};
-
-void tst_AppDialogs::passwordButtons_data()
-{
-    QTest::addColumn<QString>("button");
-    QTest::addColumn<int>("result");
-    QTest::newRow("OK accepts") << "cmdOK" << int(QDialog::Accepted);
-    QTest::newRow("Cancel rejects") << "cmdCancel" << int(QDialog::Rejected);
-}
-
-void tst_AppDialogs::passwordButtons()
-{
-    QFETCH(QString, button);
-    QFETCH(int, result);
-    frmPassword dialog;
-    dialog.setPassword(QStringLiteral("old"));
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    auto *txtPass = dialog.findChild<QLineEdit *>(QStringLiteral("txtPass"));
-    QVERIFY(txtPass && txtPass->text() == u"old" && txtPass->echoMode() == QLineEdit::Password);
-    txtPass->setFocus();
-    txtPass->selectAll();
-    QTest::keyClicks(txtPass, QStringLiteral("new pass"));
-    QTest::mouseClick(dialog.findChild<QPushButton *>(button), Qt::LeftButton);
-    QCOMPARE(dialog.result(), result);
-    QVERIFY(!dialog.isVisible());
-    QCOMPARE(dialog.password(), QStringLiteral("new pass")); // the window decides what Cancel keeps
-}
-
-void tst_AppDialogs::aboutReportsItsLinksAndClosesOnOK()
-{
-    QCOMPARE(frmAbout::programNameText(0, 92), QStringLiteral("Tarnwick\nv0.92 (BETA)"));
-    frmAbout dialog;
-    dialog.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&dialog));
-    QSignalSpy spy(&dialog, &frmAbout::linkActivated);
-    const QList<LinkLabel *> links = dialog.findChildren<LinkLabel *>();
-    QVERIFY(!links.isEmpty());
-    for (LinkLabel *link : links) {
-        QVERIFY(link->toolTip().contains(link->text()));
-        QTest::mouseClick(link, Qt::LeftButton, {}, QPoint(3, 3));
-        QCOMPARE(spy.size(), 1);
-        QCOMPARE(spy.takeFirst().at(0).toUrl().scheme(), QStringLiteral("mailto"));
+    void passwordButtons_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<int>("result");
+        QTest::newRow("OK accepts") << "cmdOK" << int(QDialog::Accepted);
+        QTest::newRow("Cancel rejects") << "cmdCancel" << int(QDialog::Rejected);
     }
-    QTest::mouseClick(dialog.findChild<QPushButton *>(QStringLiteral("cmdOK")), Qt::LeftButton);
-    QVERIFY(!dialog.isVisible());
-    QCOMPARE(dialog.result(), int(QDialog::Accepted));
-}
+    void passwordButtons()
+    {
+        QFETCH(QString, button);
+        QFETCH(int, result);
+        frmPassword dialog;
+        dialog.setPassword(QStringLiteral("old"));
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        auto *txtPass = dialog.findChild<QLineEdit *>(QStringLiteral("txtPass"));
+        QVERIFY(txtPass && txtPass->text() == u"old" && txtPass->echoMode() == QLineEdit::Password);
+        txtPass->setFocus();
+        txtPass->selectAll();
+        QTest::keyClicks(txtPass, QStringLiteral("new pass"));
+        QTest::mouseClick(dialog.findChild<QPushButton *>(button), Qt::LeftButton);
+        QCOMPARE(dialog.result(), result);
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.password(), QStringLiteral("new pass")); // the window decides what Cancel keeps
+    }
+
+    void aboutReportsItsLinksAndClosesOnOK()
+    {
+        QCOMPARE(frmAbout::programNameText(0, 92), QStringLiteral("Tarnwick\nv0.92 (BETA)"));
+        frmAbout dialog;
+        dialog.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&dialog));
+        QSignalSpy spy(&dialog, &frmAbout::linkActivated);
+        const QList<LinkLabel *> links = dialog.findChildren<LinkLabel *>();
+        QVERIFY(!links.isEmpty());
+        for (LinkLabel *link : links) {
+            QVERIFY(link->toolTip().contains(link->text()));
+            QTest::mouseClick(link, Qt::LeftButton, {}, QPoint(3, 3));
+            QCOMPARE(spy.size(), 1);
+            QCOMPARE(spy.takeFirst().at(0).toUrl().scheme(), QStringLiteral("mailto"));
+        }
+        QTest::mouseClick(dialog.findChild<QPushButton *>(QStringLiteral("cmdOK")), Qt::LeftButton);
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(dialog.result(), int(QDialog::Accepted));
+    }
+};
 
 QTEST_MAIN(tst_AppDialogs)
 #include "tst_AppDialogs.moc"

@@ -1,17 +1,8 @@
 // New, Open, Save, Save As and Restore Defaults on the real window, every box answered through Prompts.
 #include "ConfigWriter.h"
-#include "DocumentCommands.h"
 #include "WindowSettings.h"
 #include "WindowTestSupport.h"
 #include "frmNew.h"
-
-#include <QDir>
-#include <QFileDialog>
-#include <QHeaderView>
-#include <QLineEdit>
-#include <QRadioButton>
-#include <QTemporaryDir>
-#include <QTreeView>
 
 using namespace WindowTest;
 Q_DECLARE_METATYPE(ActionBinding)
@@ -26,248 +17,213 @@ private Q_SLOTS:
         m_window = new frmMain;
         Prompts::setNextAnswers({});
     }
+
     void cleanup()
     {
         QVERIFY(!Prompts::hasPendingAnswers());
         delete m_window;
     }
-    void newModesAndName_data();
-    void newModesAndName();
-    void openChecksTheExtension();
-    void saveOfNewDocumentAsksAndCancelKeepsModified();
-    void saveAsReplacesWithoutAsking();
-    void failedSaveKeepsTheOldFile_data();
-    void failedSaveKeepsTheOldFile();
-    void failedSaveOfACleanDocumentLeavesItClean();
-    void fileDialogsCompleteTheExtension();
-    void restoreDefaultsBringsBackSettingsNotKeys();
-    void dialogsStartWhereTheFilesAre_data();
-    void dialogsStartWhereTheFilesAre();
+
+    void newModesAndName_data()
+    {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<ActionBinding>("forward");
+        const auto row = [](const char *tag, int mode, const char *typed, const char *name, ActionBinding forward) {
+            QTest::newRow(tag) << mode << QString::fromLatin1(typed) << QString::fromLatin1(name) << forward;
+        };
+        row("keep keys", 0, "Duel", "Duel", { "W", "" });
+        row("defaults", 1, "  Team  ", "Team", { "W", "UPARROW" });
+        row("clear, empty name", 2, "   ", "Untitled", {});
+    }
+    void newModesAndName()
+    {
+        QFETCH(int, mode);
+        QFETCH(QString, typed);
+        QFETCH(QString, name);
+        QFETCH(ActionBinding, forward);
+        QVERIFY(commands().OpenCfg(file("keys.cfg")));
+        answerNewDialog(mode, typed, true);
+        commands().newCommand();
+        ConfigDocument &doc = m_window->document();
+        QCOMPARE(m_window->windowTitle(), name + QStringLiteral(" - Tarnwick"));
+        QVERIFY(!doc.HasFile() && !doc.isModified() && !doc.canRestore());
+        QCOMPARE(doc.bindings().at(1), forward);
+
+        // Cancel in the dialog changes nothing.
+        answerNewDialog(0, QStringLiteral("Other"), false);
+        commands().newCommand();
+        QCOMPARE(doc.displayName(), name);
+    }
+
+    void openChecksTheExtension()
+    {
+        const QString text = file("settings.txt");
+        ConfigDocument &doc = m_window->document();
+        // No: the current document stays as it is.
+        Prompts::setNextAnswers({ text, QMessageBox::No });
+        QVERIFY(!commands().OpenCfg(QString()));
+        const QList<Prompts::Shown> shown = Prompts::takeShown();
+        QCOMPARE(shown.size(), 2);
+        QCOMPARE(shown[0].text, DocumentCommands::configFilter());
+        QCOMPARE(shown[1].title, QStringLiteral("Incorrect file extension"));
+        QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
+        // Yes: the dialog opens again; an upper-case .CONFIG is taken.
+        Prompts::setNextAnswers({ text, QMessageBox::Yes, file("settings.CONFIG") });
+        QVERIFY(commands().OpenCfg(QString()));
+        QCOMPARE(doc.displayName(), QStringLiteral("settings.CONFIG"));
+        QVERIFY(doc.HasFile() && doc.canRestore() && !doc.isModified());
+    }
+
+    void saveOfNewDocumentAsksAndCancelKeepsModified()
+    {
+        edit();
+        commands().saveCommand();
+        QCOMPARE(titlesShown(), QStringList { "Save" });
+        QVERIFY(commands().saveCancelled() && m_window->document().isModified());
+    }
+
+    void saveAsReplacesWithoutAsking()
+    {
+        const QString target = file("old.cfg", "old content\r\n");
+        edit();
+        Prompts::setNextAnswers({ target });
+        commands().saveAsCommand();
+        QCOMPARE(Prompts::takeShown().size(), 1); // the dialog only: no overwrite question
+        QCOMPARE(readTestFile(target), ConfigWriter::fileBytes(m_window->document(), FileScope::Whole));
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("old.cfg - Tarnwick"));
+        QVERIFY(!m_window->document().isModified() && m_window->document().HasFile());
+    }
+
+    void failedSaveAsSaysWhyAndKeepsTheDocument()
+    {
+        // Which failures leave the old file untouched is tst_ConfigWriter's; here, what the window makes of one.
+        QVERIFY(QDir(m_dir.path()).mkpath("folder"));
+        edit();
+        Prompts::setNextAnswers({ m_dir.filePath("folder"), QMessageBox::Ok });
+        commands().saveAsCommand();
+        QCOMPARE(titlesShown(), (QStringList { "Save As", "Save Config File" }));
+        QVERIFY(m_window->document().isModified() && !m_window->document().HasFile() && commands().saveCancelled());
+    }
+
+    void failedSaveOfACleanDocumentLeavesItClean()
+    {
+        // Save of an unchanged document where a folder has since taken the file's place: the box says why, and the
+        // document is as unchanged as before.
+        const QString path = file("gone.cfg");
+        QVERIFY(m_window->documentCommands().OpenCfg(path));
+        QVERIFY(QFile::remove(path) && QDir().mkdir(path));
+        Prompts::setNextAnswers({ QMessageBox::Ok });
+        m_window->documentCommands().saveCommand();
+        QCOMPARE(Prompts::takeShown().value(0).title, QStringLiteral("Save Config File"));
+        QVERIFY(m_window->documentCommands().saveCancelled());
+        QVERIFY(!m_window->document().isModified());
+    }
+
+    void fileDialogsCompleteTheExtension()
+    {
+        // The real dialog, as Open shows it: a name typed without its extension finds the configuration file.
+        file("q3config.cfg");
+        const auto dialog = Prompts::fileDialog(
+            nullptr, false, "Open", DocumentCommands::configFilter(), QStringLiteral("cfg"), m_dir.path());
+        dialog->setOption(QFileDialog::DontUseNativeDialog);
+        dialog->show();
+        QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
+        // Wide enough that the size and type columns are not cut short.
+        auto *details = dialog->findChild<QTreeView *>("treeView");
+        QVERIFY(details);
+        const QFontMetrics metrics = details->fontMetrics();
+        for (int column : { 1, 2 })
+            QVERIFY2(details->header()->sectionSize(column) > metrics.horizontalAdvance("999 bytes "),
+                qPrintable(QString::number(column)));
+        QVERIFY(dialog->width() >= details->header()->length());
+        dialog->findChild<QLineEdit *>("fileNameEdit")->setText("q3config");
+        QMetaObject::invokeMethod(dialog.get(), "accept", Qt::DirectConnection);
+        QCOMPARE(dialog->result(), int(QDialog::Accepted));
+        QCOMPARE(dialog->selectedFiles().value(0), m_dir.filePath("q3config.cfg"));
+    }
+
+    void restoreDefaultsBringsBackSettingsNotKeys()
+    {
+        ConfigDocument &doc = m_window->document();
+        commands().restoreDefaultsCommand(); // unavailable before a file is opened: asks nothing
+        QVERIFY(Prompts::takeShown().isEmpty());
+        QVERIFY(commands().OpenCfg(file("mine.cfg")));
+        edit();
+        doc.DefineKey(1, KeySlot::First, QStringLiteral("UPARROW"));
+        Prompts::setNextAnswers({ QMessageBox::No });
+        commands().restoreDefaultsCommand();
+        QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("120"));
+        Prompts::setNextAnswers({ QMessageBox::Yes });
+        commands().restoreDefaultsCommand();
+        QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("110"));
+        QCOMPARE(doc.bindings().at(1).firstKey, QStringLiteral("UPARROW"));
+        QVERIFY(!doc.isModified());
+    }
+
+    void dialogsStartWhereTheFilesAre_data()
+    {
+        QTest::addColumn<QStringList>("folders"); // of "game/baseq3", "home/.q3a/baseq3" and "mine/q3.cfg" (opened)
+        QTest::addColumn<QString>("start"); // where Open and Import start; "" for nowhere in particular
+        QTest::newRow("nothing known") << QStringList() << "";
+        QTest::newRow("per-user folder") << QStringList { "home/.q3a/baseq3" } << "home/.q3a/baseq3";
+        QTest::newRow("game folder first") << QStringList { "game/baseq3", "home/.q3a/baseq3" } << "game/baseq3";
+        QTest::newRow("last opened file's folder")
+            << QStringList { "game/baseq3", "home/.q3a/baseq3", "mine/q3.cfg" } << "mine";
+    }
+    void dialogsStartWhereTheFilesAre()
+    {
+        QFETCH(QStringList, folders);
+        QFETCH(QString, start);
+        QTemporaryDir place;
+        const QDir root(place.path());
+        for (const QString &folder : QStringList { "game", "home", "mine" })
+            root.mkpath(folder);
+        const QByteArray oldHome = qgetenv("HOME");
+        qputenv("HOME", root.filePath("home").toLocal8Bit());
+        m_window->settings().setGameFolder(root.filePath("game"));
+        for (const QString &folder : folders) {
+            if (folder.endsWith(u".cfg"))
+                QVERIFY(commands().OpenCfg(writeTestFile(root.filePath(folder), "")));
+            else
+                root.mkpath(folder);
+        }
+        commands().OpenCfg(QString());
+        commands().ImportFile(QString(), PartialKind::HudDisplay);
+        qputenv("HOME", oldHome);
+        const QList<Prompts::Shown> shown = Prompts::takeShown();
+        QCOMPARE(shown.size(), 2);
+        for (const Prompts::Shown &dialog : shown)
+            QCOMPARE(dialog.folder, start.isEmpty() ? QString() : root.filePath(start));
+    }
 
 private:
     QString file(const QString &name, const QByteArray &bytes = smallCfg)
     {
         return writeTestFile(m_dir.filePath(name), bytes);
     }
+
     void edit() { editFov(*m_window); }
     DocumentCommands &commands() { return m_window->documentCommands(); }
-    void answerNewDialog(int mode, const QString &name, bool ok);
+
+    void answerNewDialog(int mode, const QString &name, bool ok)
+    {
+        whenModal(this, [=](QWidget *modal) {
+            auto *dialog = qobject_cast<frmNew *>(modal);
+            QVERIFY(dialog);
+            auto *field = WindowTest::find<QLineEdit>(dialog, "txtFName");
+            QCOMPARE(field->selectedText(), QStringLiteral("Untitled"));
+            QVERIFY(WindowTest::find<QRadioButton>(dialog, "optNew_2")->isChecked());
+            WindowTest::find<QRadioButton>(dialog, QStringLiteral("optNew_%1").arg(mode))->click();
+            field->setText(name);
+            ok ? dialog->accept() : dialog->reject();
+        });
+    }
 
     frmMain *m_window = nullptr;
     QTemporaryDir m_dir;
 };
-
-void tst_DocumentCommands::answerNewDialog(int mode, const QString &name, bool ok)
-{
-    whenModal(this, [=](QWidget *modal) {
-        auto *dialog = qobject_cast<frmNew *>(modal);
-        QVERIFY(dialog);
-        auto *field = WindowTest::find<QLineEdit>(dialog, "txtFName");
-        QCOMPARE(field->selectedText(), QStringLiteral("Untitled"));
-        QVERIFY(WindowTest::find<QRadioButton>(dialog, "optNew_2")->isChecked());
-        WindowTest::find<QRadioButton>(dialog, QStringLiteral("optNew_%1").arg(mode))->click();
-        field->setText(name);
-        ok ? dialog->accept() : dialog->reject();
-    });
-}
-
-void tst_DocumentCommands::newModesAndName_data()
-{
-    QTest::addColumn<int>("mode");
-    QTest::addColumn<QString>("typed");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<ActionBinding>("forward");
-    const auto row = [](const char *tag, int mode, const char *typed, const char *name, ActionBinding forward) {
-        QTest::newRow(tag) << mode << QString::fromLatin1(typed) << QString::fromLatin1(name) << forward;
-    };
-    row("keep keys", 0, "Duel", "Duel", { "W", "" });
-    row("defaults", 1, "  Team  ", "Team", { "W", "UPARROW" });
-    row("clear, empty name", 2, "   ", "Untitled", {});
-}
-
-void tst_DocumentCommands::newModesAndName()
-{
-    QFETCH(int, mode);
-    QFETCH(QString, typed);
-    QFETCH(QString, name);
-    QFETCH(ActionBinding, forward);
-    QVERIFY(commands().OpenCfg(file("keys.cfg")));
-    answerNewDialog(mode, typed, true);
-    commands().newCommand();
-    ConfigDocument &doc = m_window->document();
-    QCOMPARE(m_window->windowTitle(), name + QStringLiteral(" - Tarnwick"));
-    QVERIFY(!doc.HasFile() && !doc.isModified() && !doc.canRestore());
-    QCOMPARE(doc.bindings().at(1), forward);
-    // A following Save asks for a file name.
-    commands().SaveCfg();
-    QCOMPARE(titlesShown(), QStringList { "Save" });
-
-    // Cancel in the dialog changes nothing.
-    answerNewDialog(0, QStringLiteral("Other"), false);
-    commands().newCommand();
-    QCOMPARE(doc.displayName(), name);
-}
-
-void tst_DocumentCommands::openChecksTheExtension()
-{
-    const QString text = file("settings.txt");
-    ConfigDocument &doc = m_window->document();
-    // No: the current document stays as it is.
-    Prompts::setNextAnswers({ text, QMessageBox::No });
-    QVERIFY(!commands().OpenCfg(QString()));
-    const QList<Prompts::Shown> shown = Prompts::takeShown();
-    QCOMPARE(shown.size(), 2);
-    QCOMPARE(shown[0].text, DocumentCommands::configFilter());
-    QCOMPARE(shown[1].title, QStringLiteral("Incorrect file extension"));
-    QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
-    // Yes: the dialog opens again; an upper-case .CONFIG is taken.
-    Prompts::setNextAnswers({ text, QMessageBox::Yes, file("settings.CONFIG") });
-    QVERIFY(commands().OpenCfg(QString()));
-    QCOMPARE(doc.displayName(), QStringLiteral("settings.CONFIG"));
-    QVERIFY(doc.HasFile() && doc.canRestore() && !doc.isModified());
-}
-
-void tst_DocumentCommands::saveOfNewDocumentAsksAndCancelKeepsModified()
-{
-    edit();
-    commands().saveCommand();
-    QCOMPARE(titlesShown(), QStringList { "Save" });
-    QVERIFY(commands().saveCancelled() && m_window->document().isModified());
-    // A cancelled save also stops the command whose prompt asked for it.
-    Prompts::setNextAnswers({ QMessageBox::Yes, QString() });
-    QVERIFY(!commands().saveChangesPrompt(QStringLiteral(" before closing?")));
-}
-
-void tst_DocumentCommands::saveAsReplacesWithoutAsking()
-{
-    const QString target = file("old.cfg", "old content\r\n");
-    edit();
-    Prompts::setNextAnswers({ target });
-    commands().saveAsCommand();
-    QCOMPARE(Prompts::takeShown().size(), 1); // the dialog only: no overwrite question
-    QCOMPARE(readTestFile(target), ConfigWriter::fileBytes(m_window->document(), FileScope::Whole));
-    QCOMPARE(m_window->windowTitle(), QStringLiteral("old.cfg - Tarnwick"));
-    QVERIFY(!m_window->document().isModified() && m_window->document().HasFile());
-}
-
-void tst_DocumentCommands::failedSaveKeepsTheOldFile_data()
-{
-    QTest::addColumn<QString>("target");
-    QTest::newRow("missing folder") << "missing/out.cfg";
-    QTest::newRow("a folder in the way") << "folder";
-    QTest::newRow("read-only folder") << "locked/out.cfg";
-}
-
-void tst_DocumentCommands::failedSaveKeepsTheOldFile()
-{
-    QFETCH(QString, target);
-    QDir(m_dir.path()).mkpath("folder");
-    QDir(m_dir.path()).mkpath("locked");
-    QFile::setPermissions(m_dir.filePath("locked"), QFile::ReadOwner | QFile::ExeOwner);
-    const QString old = file("locked-old.cfg", "precious\r\n");
-    if (QFileInfo(m_dir.filePath("locked")).isWritable() && target.startsWith(u"locked"))
-        QSKIP("running as a user who writes into read-only folders");
-    edit();
-    Prompts::setNextAnswers({ m_dir.filePath(target), QMessageBox::Ok });
-    commands().saveAsCommand();
-    QCOMPARE(titlesShown(), (QStringList { "Save As", "Save Config File" }));
-    QVERIFY(m_window->document().isModified() && !m_window->document().HasFile());
-    QVERIFY(commands().saveCancelled());
-    QCOMPARE(readTestFile(old), QByteArray("precious\r\n"));
-    QFile::setPermissions(m_dir.filePath("locked"), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-void tst_DocumentCommands::failedSaveOfACleanDocumentLeavesItClean()
-{
-    // Save of an unchanged document where a folder has since taken the file's place: the box says why, and the
-    // document is as unchanged as before.
-    const QString path = file("gone.cfg");
-    QVERIFY(m_window->documentCommands().OpenCfg(path));
-    QVERIFY(QFile::remove(path) && QDir().mkdir(path));
-    Prompts::setNextAnswers({ QMessageBox::Ok });
-    m_window->documentCommands().saveCommand();
-    QCOMPARE(Prompts::takeShown().value(0).title, QStringLiteral("Save Config File"));
-    QVERIFY(m_window->documentCommands().saveCancelled());
-    QVERIFY(!m_window->document().isModified());
-}
-
-void tst_DocumentCommands::fileDialogsCompleteTheExtension()
-{
-    // The real dialog, as Open shows it: a name typed without its extension finds the configuration file.
-    file("q3config.cfg");
-    const auto dialog = Prompts::fileDialog(
-        nullptr, false, "Open", DocumentCommands::configFilter(), QStringLiteral("cfg"), m_dir.path());
-    dialog->setOption(QFileDialog::DontUseNativeDialog);
-    dialog->show();
-    QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
-    // Wide enough that the size and type columns are not cut short.
-    auto *details = dialog->findChild<QTreeView *>("treeView");
-    QVERIFY(details);
-    const QFontMetrics metrics = details->fontMetrics();
-    for (int column : { 1, 2 })
-        QVERIFY2(details->header()->sectionSize(column) > metrics.horizontalAdvance("999 bytes "),
-            qPrintable(QString::number(column)));
-    QVERIFY(dialog->width() >= details->header()->length());
-    dialog->findChild<QLineEdit *>("fileNameEdit")->setText("q3config");
-    QMetaObject::invokeMethod(dialog.get(), "accept", Qt::DirectConnection);
-    QCOMPARE(dialog->result(), int(QDialog::Accepted));
-    QCOMPARE(dialog->selectedFiles().value(0), m_dir.filePath("q3config.cfg"));
-}
-
-void tst_DocumentCommands::restoreDefaultsBringsBackSettingsNotKeys()
-{
-    ConfigDocument &doc = m_window->document();
-    commands().restoreDefaultsCommand(); // unavailable before a file is opened: asks nothing
-    QVERIFY(Prompts::takeShown().isEmpty());
-    QVERIFY(commands().OpenCfg(file("mine.cfg")));
-    edit();
-    doc.DefineKey(1, KeySlot::First, QStringLiteral("UPARROW"));
-    Prompts::setNextAnswers({ QMessageBox::No });
-    commands().restoreDefaultsCommand();
-    QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("120"));
-    Prompts::setNextAnswers({ QMessageBox::Yes });
-    commands().restoreDefaultsCommand();
-    QCOMPARE(doc.text(u"txtFOV"), QStringLiteral("110"));
-    QCOMPARE(doc.bindings().at(1).firstKey, QStringLiteral("UPARROW"));
-    QVERIFY(!doc.isModified());
-}
-
-void tst_DocumentCommands::dialogsStartWhereTheFilesAre_data()
-{
-    QTest::addColumn<QStringList>("folders"); // of "game/baseq3", "home/.q3a/baseq3" and "mine/q3.cfg" (opened)
-    QTest::addColumn<QString>("start"); // where Open and Import start; "" for nowhere in particular
-    QTest::newRow("nothing known") << QStringList() << "";
-    QTest::newRow("per-user folder") << QStringList { "home/.q3a/baseq3" } << "home/.q3a/baseq3";
-    QTest::newRow("game folder first") << QStringList { "game/baseq3", "home/.q3a/baseq3" } << "game/baseq3";
-    QTest::newRow("last opened file's folder")
-        << QStringList { "game/baseq3", "home/.q3a/baseq3", "mine/q3.cfg" } << "mine";
-}
-
-void tst_DocumentCommands::dialogsStartWhereTheFilesAre()
-{
-    QFETCH(QStringList, folders);
-    QFETCH(QString, start);
-    QTemporaryDir place;
-    const QDir root(place.path());
-    for (const QString &folder : QStringList { "game", "home", "mine" })
-        root.mkpath(folder);
-    const QByteArray oldHome = qgetenv("HOME");
-    qputenv("HOME", root.filePath("home").toLocal8Bit());
-    m_window->settings().setGameFolder(root.filePath("game"));
-    for (const QString &folder : folders) {
-        if (folder.endsWith(u".cfg"))
-            QVERIFY(commands().OpenCfg(writeTestFile(root.filePath(folder), "")));
-        else
-            root.mkpath(folder);
-    }
-    commands().OpenCfg(QString());
-    commands().ImportFile(QString(), PartialKind::HudDisplay);
-    qputenv("HOME", oldHome);
-    const QList<Prompts::Shown> shown = Prompts::takeShown();
-    QCOMPARE(shown.size(), 2);
-    for (const Prompts::Shown &dialog : shown)
-        QCOMPARE(dialog.folder, start.isEmpty() ? QString() : root.filePath(start));
-}
 
 QTEST_MAIN(tst_DocumentCommands)
 #include "tst_DocumentCommands.moc"

@@ -1,8 +1,6 @@
 // The window's start-up and close: program settings in and out, the command line, the game folder and the
 // options dialog, on the real window with every box answered through Prompts.
 #include "CommandLineRouter.h"
-#include "Commands.h"
-#include "DocumentCommands.h"
 #include "LocateGameFolder.h"
 #include "PopMenu.h"
 #include "ProgramSettings.h"
@@ -12,12 +10,6 @@
 #include "frmAbout.h"
 #include "frmOptions.h"
 
-#include <QCheckBox>
-#include <QDir>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTemporaryDir>
-
 using Prompts::Answer;
 using namespace WindowTest;
 
@@ -26,247 +18,224 @@ class tst_StartUp : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-    void commandLineRunsItsRequest_data();
-    void commandLineRunsItsRequest();
-    void commandLineAsksBeforeReplacingChanges();
-    void handOverWaitsForTheOpenDialog();
-    void locateGameFolder_data();
-    void locateGameFolder();
-    void optionsDialog_data();
-    void optionsDialog();
-    void settingsComeInAndGoOut();
-    void minimizedCloseKeepsThePosition();
+    void initTestCase()
+    {
+        QApplication::setQuitOnLastWindowClosed(false);
+        // Registering the file types writes into the user's data and config folders: keep them here.
+        qputenv("XDG_DATA_HOME", m_dir.filePath("data").toLocal8Bit());
+        qputenv("XDG_CONFIG_HOME", m_dir.filePath("config").toLocal8Bit());
+        qputenv("PATH", m_dir.path().toLocal8Bit()); // and start no desktop tool
+    }
+
+    void init()
+    {
+        m_window = new frmMain;
+        Prompts::setNextAnswers({});
+    }
+
+    void cleanup()
+    {
+        QVERIFY(!Prompts::hasPendingAnswers());
+        QVERIFY(m_window->gate().HotKeysEnabled());
+        delete m_window;
+    }
+
+    void commandLineRunsItsRequest_data()
+    {
+        QTest::addColumn<QString>("file");
+        QTest::addColumn<QString>("text"); // "@" stands for the file's path
+        QTest::addColumn<QStringList>("shown");
+        QTest::addColumn<QString>("name"); // the document's afterwards
+        QTest::addColumn<int>("page");
+        const auto row
+            = [](const char *tag, const char *file, const char *text, const QStringList &shown, const char *name,
+                  int page) { QTest::newRow(tag) << file << text << shown << name << page; };
+        row("cfg", "mine.cfg", "@", {}, "mine.cfg", -1);
+        row("renderer, window maximized", "gfx.RNR", "@", {}, "Untitled", int(Page::Renderer));
+        row("open switch", "", "C:\\Program Files\\Tarnwick\\OPEN", { "Open" }, "Untitled", -1);
+        row("missing cfg is tried", "", "@/gone.cfg", { "Tarnwick" }, "Untitled", -1);
+        row("missing hud is nothing", "", "@/gone.hud", {}, "Untitled", -1);
+    }
+    void commandLineRunsItsRequest()
+    {
+        QFETCH(QString, file);
+        QFETCH(QString, text);
+        QFETCH(QStringList, shown);
+        QFETCH(QString, name);
+        QFETCH(int, page);
+        const QString path = file.isEmpty() ? m_dir.path() : this->file(file);
+        // Whatever state the window was in, it comes back normal sized.
+        Page(page) == Page::Renderer ? m_window->showMaximized() : m_window->showMinimized();
+        m_window->commandLine().HandleCommandLine(text.replace(u'@', path));
+        QCOMPARE(titlesShown(), shown);
+        QVERIFY(m_window->isVisible());
+        QTRY_VERIFY(!m_window->isMinimized() && !m_window->isMaximized());
+        QCOMPARE(m_window->document().displayName(), name);
+        QCOMPARE(m_window->currentPage() ? int(*m_window->currentPage()) : -1, page);
+        QCOMPARE(m_window->document().isModified(), page >= 0); // an import is a change
+    }
+
+    void commandLineAsksBeforeReplacingChanges()
+    {
+        // Cancel keeps the changed document (every answer to the question: closeAsksToSave).
+        QVERIFY(m_window->documentCommands().OpenCfg(file("old.cfg")));
+        editFov(*m_window);
+        Prompts::setNextAnswers({ QMessageBox::Cancel });
+        m_window->commandLine().HandleCommandLine(file("new.cfg"));
+        QCOMPARE(titlesShown(), QStringList { "Tarnwick" });
+        QCOMPARE(m_window->document().displayName(), QStringLiteral("old.cfg"));
+        QVERIFY(m_window->document().isModified());
+    }
+
+    void handOverWaitsForTheOpenDialog()
+    {
+        // A later copy hands a file over while the About box is open: the box stays in front and the file opens
+        // once it is closed, nothing hidden behind the window.
+        const QString path = file("handed.cfg");
+        m_window->show();
+        QString captionWhileOpen;
+        QTimer::singleShot(0, this, [&] {
+            QWidget *about = QApplication::activeModalWidget();
+            QVERIFY(qobject_cast<frmAbout *>(about));
+            m_window->commandLine().handOver(path);
+            QCOMPARE(QApplication::activeModalWidget(), about);
+            captionWhileOpen = m_window->windowTitle();
+            qobject_cast<QDialog *>(about)->accept();
+        });
+        m_window->commands().run("About1");
+        QCOMPARE(captionWhileOpen, QStringLiteral("Untitled - Tarnwick"));
+        QTRY_COMPARE(m_window->windowTitle(), QStringLiteral("handed.cfg - Tarnwick"));
+    }
+
+    void locateGameFolder_data()
+    {
+        QTest::addColumn<QString>("stored"); // a program name for a folder that holds it, "none" for one without
+        QTest::addColumn<QStringList>("picked"); // folders chosen in turn ("" cancels)
+        QTest::addColumn<QList<Answer>>("questions"); // answers to the retry question, in turn
+        QTest::addColumn<QString>("result"); // the game folder afterwards; "none": not found
+        const auto row
+            = [](const char *tag, const char *stored, const QStringList &picked, const QList<Answer> &questions,
+                  const char *result) { QTest::newRow(tag) << stored << picked << questions << result; };
+        row("valid at once", "ioquake3.x86_64", {}, {}, "ioquake3.x86_64");
+        row("cancel", "none", { "" }, {}, "none");
+        row("wrong, yes, wrong, no", "none", { "none", "none" }, { QMessageBox::Yes, QMessageBox::No }, "none");
+        row("wrong, yes, right", "none", { "none", "quake3e.x64" }, { QMessageBox::Yes }, "quake3e.x64");
+    }
+    void locateGameFolder()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QStringList, picked);
+        QFETCH(QList<Answer>, questions);
+        QFETCH(QString, result);
+        QString folder = gameFolder(stored);
+        QList<Answer> answers;
+        QStringList expected;
+        for (int i = 0; i < picked.size(); ++i) {
+            answers << (picked[i].isEmpty() ? QString() : gameFolder(picked[i]));
+            expected << "Select Quake III Arena Folder";
+            if (i < questions.size()) {
+                answers << questions[i];
+                expected << "Tarnwick";
+            }
+        }
+        Prompts::setNextAnswers(answers);
+        QCOMPARE(LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe"), folder), result != u"none");
+        QStringList titles;
+        for (const Prompts::Shown &shown : Prompts::takeShown()) {
+            titles << shown.title;
+            QVERIFY(shown.commandsOff);
+        }
+        QCOMPARE(titles, expected);
+        QCOMPARE(folder, gameFolder(result));
+    }
+
+    void optionsDialog_data()
+    {
+        QTest::addColumn<bool>("ok");
+        QTest::addColumn<QString>("picked"); // what "&Select..." chooses ("" cancels it)
+        QTest::addColumn<QString>("folder");
+        QTest::newRow("ok takes the typed folder, trimmed") << true << "/games/picked"
+                                                            << "/games/q3";
+        QTest::newRow("cancel keeps everything") << false << ""
+                                                 << "/games/old";
+    }
+    void optionsDialog()
+    {
+        QFETCH(bool, ok);
+        QFETCH(QString, picked);
+        QFETCH(QString, folder);
+        settings().setGameFolder("/games/old");
+        settings().setGradient(true);
+        Prompts::setNextAnswers({ picked });
+        whenModal(this, [&](QWidget *dialog) {
+            QVERIFY(qobject_cast<frmOptions *>(dialog) && !m_window->gate().HotKeysEnabled());
+            auto *path = WindowTest::find<QLineEdit>(dialog, "txtPath");
+            auto *check = WindowTest::find<QCheckBox>(dialog, "chkGrad");
+            QVERIFY(path->text() == u"/games/old" && check->isChecked());
+            WindowTest::find<QPushButton>(dialog, "cmdSelect")->click();
+            QCOMPARE(path->text(), picked.isEmpty() ? QStringLiteral("/games/old") : picked);
+            path->setText("  /games/q3  ");
+            check->setChecked(false);
+            WindowTest::find<QPushButton>(dialog, QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
+        });
+        m_window->commands().run("Options1");
+        const QList<Prompts::Shown> shown = Prompts::takeShown();
+        QCOMPARE(shown.size(), 1);
+        QCOMPARE(shown[0].text, QStringLiteral("/games/old")); // the picker starts at the folder shown
+        QCOMPARE(settings().gameFolder(), folder);
+        QCOMPARE(m_window->commands().menu().highlightStyle() == PopMenu::Gradient, !ok);
+        QCOMPARE(settings().current().gradient, ok ? 0 : 1);
+    }
+
+    void settingsComeInAndGoOut()
+    {
+        start("in.ini", "gradient=0\r\naot=1\r\nwx=1500\r\nwy=3000\r\npv_wx=10\r\npv_wy=20\r\npv_open=1\r\n");
+        QCOMPARE(settings().gameFolder(), gameFolder("quake3.exe"));
+        QCOMPARE(m_window->commands().menu().highlightStyle(), PopMenu::Flat);
+        QVERIFY(m_window->alwaysOnTop() && m_window->commands().menu().isChecked("OnTop1"));
+        QCOMPARE(m_window->commands().menu().caption("Prev1"), QStringLiteral("Hide &Preview"));
+        // Closed minimized, the window keeps the position it had, not where it was moved since.
+        m_window->move(300, 200);
+        m_window->showMinimized();
+        QTRY_VERIFY(m_window->isMinimized());
+        QVERIFY(m_window->close());
+        const ProgramSettings out = pbLoadOptions(m_dir.filePath("in.ini"), 0, 0);
+        QCOMPARE(std::tuple(out.q3dir, out.gradient, out.aot, out.wx, out.wy, out.pv_wx, out.pv_wy, out.pv_open),
+            std::tuple(gameFolder("quake3.exe"), 0, 1, 1500, 3000, 10, 20, 1));
+    }
 
 private:
     QString file(const QString &name, const QByteArray &bytes = smallCfg)
     {
         return writeTestFile(m_dir.filePath(name), bytes);
     }
-    QString gameFolder(const QString &name);
+
+    // A folder that holds the game program `name`; "none" for one that holds no game.
+    QString gameFolder(const QString &name)
+    {
+        const QString folder = m_dir.filePath("game-" + name);
+        QDir().mkpath(folder + "/baseq3");
+        if (name != u"none")
+            file(QDir(m_dir.path()).relativeFilePath(folder + '/' + name), "");
+        return folder;
+    }
+
     /// A window started the way the program starts, with a settings file naming a game folder and `more`.
-    void start(const QString &ini, const QByteArray &more);
+    void start(const QString &ini, const QByteArray &more)
+    {
+        file(ini, "[Tarnwick]\r\nq3dir=" + gameFolder("quake3.exe").toUtf8() + "\r\n" + more);
+        delete m_window;
+        m_window = new frmMain;
+        StartUp::prepare(*m_window, nullptr, m_dir.filePath(ini), QCoreApplication::applicationFilePath());
+        m_window->show();
+        QVERIFY(Prompts::takeShown().isEmpty()); // a valid game folder asks nothing
+    }
+
     WindowSettings &settings() { return m_window->settings(); }
 
     frmMain *m_window = nullptr;
     QTemporaryDir m_dir;
 };
-
-void tst_StartUp::initTestCase()
-{
-    QApplication::setQuitOnLastWindowClosed(false);
-    // Registering the file types writes into the user's data and config folders: keep them here.
-    qputenv("XDG_DATA_HOME", m_dir.filePath("data").toLocal8Bit());
-    qputenv("XDG_CONFIG_HOME", m_dir.filePath("config").toLocal8Bit());
-    qputenv("PATH", m_dir.path().toLocal8Bit()); // and start no desktop tool
-}
-
-void tst_StartUp::init()
-{
-    m_window = new frmMain;
-    Prompts::setNextAnswers({});
-}
-
-void tst_StartUp::cleanup()
-{
-    QVERIFY(!Prompts::hasPendingAnswers());
-    QVERIFY(m_window->gate().HotKeysEnabled());
-    delete m_window;
-}
-
-// A folder that holds the game program `name`; "none" for one that holds no game.
-QString tst_StartUp::gameFolder(const QString &name)
-{
-    const QString folder = m_dir.filePath("game-" + name);
-    QDir().mkpath(folder + "/baseq3");
-    if (name != u"none")
-        file(QDir(m_dir.path()).relativeFilePath(folder + '/' + name), "");
-    return folder;
-}
-
-void tst_StartUp::start(const QString &ini, const QByteArray &more)
-{
-    file(ini, "[Tarnwick]\r\nq3dir=" + gameFolder("quake3.exe").toUtf8() + "\r\n" + more);
-    delete m_window;
-    m_window = new frmMain;
-    StartUp::prepare(*m_window, nullptr, m_dir.filePath(ini), QCoreApplication::applicationFilePath());
-    m_window->show();
-    QVERIFY(Prompts::takeShown().isEmpty()); // a valid game folder asks nothing
-}
-
-void tst_StartUp::commandLineRunsItsRequest_data()
-{
-    QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("text"); // "@" stands for the file's path
-    QTest::addColumn<QStringList>("shown");
-    QTest::addColumn<QString>("name"); // the document's afterwards
-    QTest::addColumn<int>("page");
-    const auto row = [](const char *tag, const char *file, const char *text, const QStringList &shown, const char *name,
-                         int page) { QTest::newRow(tag) << file << text << shown << name << page; };
-    row("cfg", "mine.cfg", "@", {}, "mine.cfg", -1);
-    row("renderer, window maximized", "gfx.RNR", "@", {}, "Untitled", int(Page::Renderer));
-    row("open switch", "", "C:\\Program Files\\Tarnwick\\OPEN", { "Open" }, "Untitled", -1);
-    row("missing cfg is tried", "", "@/gone.cfg", { "Tarnwick" }, "Untitled", -1);
-    row("missing hud is nothing", "", "@/gone.hud", {}, "Untitled", -1);
-}
-
-void tst_StartUp::commandLineRunsItsRequest()
-{
-    QFETCH(QString, file);
-    QFETCH(QString, text);
-    QFETCH(QStringList, shown);
-    QFETCH(QString, name);
-    QFETCH(int, page);
-    const QString path = file.isEmpty() ? m_dir.path() : this->file(file);
-    // Whatever state the window was in, it comes back normal sized.
-    Page(page) == Page::Renderer ? m_window->showMaximized() : m_window->showMinimized();
-    m_window->commandLine().HandleCommandLine(text.replace(u'@', path));
-    QCOMPARE(titlesShown(), shown);
-    QVERIFY(m_window->isVisible());
-    QTRY_VERIFY(!m_window->isMinimized() && !m_window->isMaximized());
-    QCOMPARE(m_window->document().displayName(), name);
-    QCOMPARE(m_window->currentPage() ? int(*m_window->currentPage()) : -1, page);
-    QCOMPARE(m_window->document().isModified(), page >= 0); // an import is a change
-}
-
-void tst_StartUp::commandLineAsksBeforeReplacingChanges()
-{
-    // Cancel keeps the changed document (every answer to the question: closeAsksToSave).
-    QVERIFY(m_window->documentCommands().OpenCfg(file("old.cfg")));
-    editFov(*m_window);
-    Prompts::setNextAnswers({ QMessageBox::Cancel });
-    m_window->commandLine().HandleCommandLine(file("new.cfg"));
-    QCOMPARE(titlesShown(), QStringList { "Tarnwick" });
-    QCOMPARE(m_window->document().displayName(), QStringLiteral("old.cfg"));
-    QVERIFY(m_window->document().isModified());
-}
-
-void tst_StartUp::handOverWaitsForTheOpenDialog()
-{
-    // A later copy hands a file over while the About box is open: the box stays in front and the file opens
-    // once it is closed, nothing hidden behind the window.
-    const QString path = file("handed.cfg");
-    m_window->show();
-    QString captionWhileOpen;
-    QTimer::singleShot(0, this, [&] {
-        QWidget *about = QApplication::activeModalWidget();
-        QVERIFY(qobject_cast<frmAbout *>(about));
-        m_window->commandLine().handOver(path);
-        QCOMPARE(QApplication::activeModalWidget(), about);
-        captionWhileOpen = m_window->windowTitle();
-        qobject_cast<QDialog *>(about)->accept();
-    });
-    m_window->commands().run("About1");
-    QCOMPARE(captionWhileOpen, QStringLiteral("Untitled - Tarnwick"));
-    QTRY_COMPARE(m_window->windowTitle(), QStringLiteral("handed.cfg - Tarnwick"));
-}
-
-void tst_StartUp::locateGameFolder_data()
-{
-    QTest::addColumn<QString>("stored"); // a program name for a folder that holds it, "none" for one without
-    QTest::addColumn<QStringList>("picked"); // folders chosen in turn ("" cancels)
-    QTest::addColumn<QList<Answer>>("questions"); // answers to the retry question, in turn
-    QTest::addColumn<QString>("result"); // the game folder afterwards; "none": not found
-    const auto row = [](const char *tag, const char *stored, const QStringList &picked, const QList<Answer> &questions,
-                         const char *result) { QTest::newRow(tag) << stored << picked << questions << result; };
-    row("valid at once", "ioquake3.x86_64", {}, {}, "ioquake3.x86_64");
-    row("cancel", "none", { "" }, {}, "none");
-    row("wrong, yes, wrong, no", "none", { "none", "none" }, { QMessageBox::Yes, QMessageBox::No }, "none");
-    row("wrong, yes, right", "none", { "none", "quake3e.x64" }, { QMessageBox::Yes }, "quake3e.x64");
-}
-
-void tst_StartUp::locateGameFolder()
-{
-    QFETCH(QString, stored);
-    QFETCH(QStringList, picked);
-    QFETCH(QList<Answer>, questions);
-    QFETCH(QString, result);
-    QString folder = gameFolder(stored);
-    QList<Answer> answers;
-    QStringList expected;
-    for (int i = 0; i < picked.size(); ++i) {
-        answers << (picked[i].isEmpty() ? QString() : gameFolder(picked[i]));
-        expected << "Select Quake III Arena Folder";
-        if (i < questions.size()) {
-            answers << questions[i];
-            expected << "Tarnwick";
-        }
-    }
-    Prompts::setNextAnswers(answers);
-    QCOMPARE(LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe"), folder), result != u"none");
-    QStringList titles;
-    for (const Prompts::Shown &shown : Prompts::takeShown()) {
-        titles << shown.title;
-        QVERIFY(shown.commandsOff);
-    }
-    QCOMPARE(titles, expected);
-    QCOMPARE(folder, gameFolder(result));
-}
-
-void tst_StartUp::optionsDialog_data()
-{
-    QTest::addColumn<bool>("ok");
-    QTest::addColumn<QString>("picked"); // what "&Select..." chooses ("" cancels it)
-    QTest::addColumn<QString>("folder");
-    QTest::newRow("ok takes the typed folder, trimmed") << true << "/games/picked"
-                                                        << "/games/q3";
-    QTest::newRow("cancel keeps everything") << false << ""
-                                             << "/games/old";
-}
-
-void tst_StartUp::optionsDialog()
-{
-    QFETCH(bool, ok);
-    QFETCH(QString, picked);
-    QFETCH(QString, folder);
-    settings().setGameFolder("/games/old");
-    settings().setGradient(true);
-    Prompts::setNextAnswers({ picked });
-    whenModal(this, [&](QWidget *dialog) {
-        QVERIFY(qobject_cast<frmOptions *>(dialog) && !m_window->gate().HotKeysEnabled());
-        auto *path = WindowTest::find<QLineEdit>(dialog, "txtPath");
-        auto *check = WindowTest::find<QCheckBox>(dialog, "chkGrad");
-        QVERIFY(path->text() == u"/games/old" && check->isChecked());
-        WindowTest::find<QPushButton>(dialog, "cmdSelect")->click();
-        QCOMPARE(path->text(), picked.isEmpty() ? QStringLiteral("/games/old") : picked);
-        path->setText("  /games/q3  ");
-        check->setChecked(false);
-        WindowTest::find<QPushButton>(dialog, QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
-    });
-    m_window->commands().run("Options1");
-    const QList<Prompts::Shown> shown = Prompts::takeShown();
-    QCOMPARE(shown.size(), 1);
-    QCOMPARE(shown[0].text, QStringLiteral("/games/old")); // the picker starts at the folder shown
-    QCOMPARE(settings().gameFolder(), folder);
-    QCOMPARE(m_window->commands().menu().highlightStyle() == PopMenu::Gradient, !ok);
-    QCOMPARE(settings().current().gradient, ok ? 0 : 1);
-}
-
-void tst_StartUp::settingsComeInAndGoOut()
-{
-    start("in.ini", "gradient=0\r\naot=1\r\nwx=1500\r\nwy=3000\r\npv_wx=10\r\npv_wy=20\r\npv_open=1\r\n");
-    QCOMPARE(settings().gameFolder(), gameFolder("quake3.exe"));
-    QCOMPARE(m_window->commands().menu().highlightStyle(), PopMenu::Flat);
-    QVERIFY(m_window->alwaysOnTop() && m_window->commands().menu().isChecked("OnTop1"));
-    QCOMPARE(m_window->commands().menu().caption("Prev1"), QStringLiteral("Hide &Preview"));
-    QVERIFY(m_window->close());
-    const ProgramSettings out = pbLoadOptions(m_dir.filePath("in.ini"), 0, 0);
-    QCOMPARE(std::tuple(out.q3dir, out.gradient, out.aot, out.wx, out.wy, out.pv_wx, out.pv_wy, out.pv_open),
-        std::tuple(gameFolder("quake3.exe"), 0, 1, 1500, 3000, 10, 20, 1));
-}
-
-void tst_StartUp::minimizedCloseKeepsThePosition()
-{
-    start("min.ini", "wx=750\r\nwy=1500\r\n");
-    m_window->move(300, 200);
-    m_window->showMinimized();
-    QTRY_VERIFY(m_window->isMinimized());
-    QVERIFY(m_window->close());
-    const ProgramSettings out = pbLoadOptions(m_dir.filePath("min.ini"), 0, 0);
-    QCOMPARE(std::tuple(out.wx, out.wy, out.pv_open), std::tuple(750, 1500, 0));
-}
 
 QTEST_MAIN(tst_StartUp)
 #include "tst_StartUp.moc"

@@ -13,17 +13,93 @@ class tst_TwoCopies : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup();
-    void secondCopyHandsOverAFile();
-    void secondCopyWithoutArgumentsOnlyRestores();
+    void initTestCase()
+    {
+        // The program runs from a folder of its own, so its settings file lands there, next to a game folder.
+        const QDir root(m_dir.path());
+        QVERIFY(root.mkpath("prog") && root.mkpath("game") && root.mkpath("run") && root.mkpath("home"));
+        QFile(root.filePath("run")).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        m_program = root.filePath("prog/tarnwick");
+        QVERIFY(QFile::copy(QStringLiteral(TARNWICK_EXE), m_program));
+        writeTestFile(root.filePath("game/quake3.exe"), "");
+        writeTestFile(
+            root.filePath("prog/tarnwick.ini"), "[Tarnwick]\r\nq3dir=" + root.filePath("game").toUtf8() + "\r\n");
+        writeTestFile(root.filePath("my q3.cfg"), "seta cg_fov \"110\"\r\n");
+
+        m_env = QProcessEnvironment::systemEnvironment();
+        m_env.insert("QT_QPA_PLATFORM", "offscreen");
+        m_env.insert("QT_LOGGING_RULES", "tarnwick.shell.info=true");
+        m_env.insert("XDG_RUNTIME_DIR", root.filePath("run"));
+        m_env.insert("XDG_DATA_HOME", root.filePath("home/data"));
+        m_env.insert("XDG_CONFIG_HOME", root.filePath("home/config"));
+        m_env.insert("HOME", root.filePath("home"));
+        m_env.insert("PATH", root.filePath("home")); // no desktop tool is started
+    }
+
+    void cleanup()
+    {
+        if (m_first) {
+            m_first->kill();
+            m_first->waitForFinished(5000);
+            m_first.reset();
+        }
+    }
+
+    void secondCopyHandsOverAFile()
+    {
+        // A killed first copy leaves its lock file and socket behind; the next first copy takes them over.
+        startFirst();
+        m_first->kill();
+        QVERIFY(m_first->waitForFinished(5000));
+        startFirst();
+        const QString cfg = m_dir.filePath("my q3.cfg");
+        const QByteArray second = runSecond({ cfg });
+        QVERIFY2(second.contains("handed over to the first copy") && !second.contains("shell: first copy"), second);
+        QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("opened \"" + cfg.toUtf8() + '"'), 10000);
+        QCOMPARE(m_first->state(), QProcess::Running);
+    }
+
+    void secondCopyWithoutArgumentsOnlyRestores()
+    {
+        startFirst();
+        const QByteArray second = runSecond({});
+        QVERIFY2(second.contains("handed over to the first copy"), second);
+        QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("handed over: \"\""), 10000);
+        QVERIFY(!m_firstLog.contains("opened"));
+    }
 
 private:
     /// Starts a copy; its standard error (the shell's log) collects in `log`.
-    std::unique_ptr<QProcess> launch(const QStringList &arguments, QByteArray *log);
-    void startFirst();
+    std::unique_ptr<QProcess> launch(const QStringList &arguments, QByteArray *log)
+    {
+        auto process = std::make_unique<QProcess>();
+        process->setProcessEnvironment(m_env);
+        connect(process.get(), &QProcess::readyReadStandardError, this,
+            [p = process.get(), log] { log->append(p->readAllStandardError()); });
+        process->start(m_program, arguments);
+        return process;
+    }
+
+    void startFirst()
+    {
+        m_firstLog.clear();
+        m_first = launch({}, &m_firstLog);
+        QVERIFY(m_first->waitForStarted());
+        QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("first copy"), 15000);
+    }
+
     /// Runs a second copy to its end and returns its log.
-    QByteArray runSecond(const QStringList &arguments);
+    QByteArray runSecond(const QStringList &arguments)
+    {
+        QByteArray log;
+        std::unique_ptr<QProcess> second = launch(arguments, &log);
+        if (!second->waitForFinished(15000))
+            return "did not end";
+        log.append(second->readAllStandardError());
+        if (second->exitStatus() != QProcess::NormalExit || second->exitCode() != 0)
+            log.append("ended badly");
+        return log;
+    }
 
     QTemporaryDir m_dir;
     QString m_program;
@@ -31,90 +107,6 @@ private:
     std::unique_ptr<QProcess> m_first;
     QByteArray m_firstLog;
 };
-
-void tst_TwoCopies::initTestCase()
-{
-    // The program runs from a folder of its own, so its settings file lands there, next to a game folder.
-    const QDir root(m_dir.path());
-    QVERIFY(root.mkpath("prog") && root.mkpath("game") && root.mkpath("run") && root.mkpath("home"));
-    QFile(root.filePath("run")).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    m_program = root.filePath("prog/tarnwick");
-    QVERIFY(QFile::copy(QStringLiteral(TARNWICK_EXE), m_program));
-    writeTestFile(root.filePath("game/quake3.exe"), "");
-    writeTestFile(root.filePath("prog/tarnwick.ini"), "[Tarnwick]\r\nq3dir=" + root.filePath("game").toUtf8() + "\r\n");
-    writeTestFile(root.filePath("my q3.cfg"), "seta cg_fov \"110\"\r\n");
-
-    m_env = QProcessEnvironment::systemEnvironment();
-    m_env.insert("QT_QPA_PLATFORM", "offscreen");
-    m_env.insert("QT_LOGGING_RULES", "tarnwick.shell.info=true");
-    m_env.insert("XDG_RUNTIME_DIR", root.filePath("run"));
-    m_env.insert("XDG_DATA_HOME", root.filePath("home/data"));
-    m_env.insert("XDG_CONFIG_HOME", root.filePath("home/config"));
-    m_env.insert("HOME", root.filePath("home"));
-    m_env.insert("PATH", root.filePath("home")); // no desktop tool is started
-}
-
-void tst_TwoCopies::cleanup()
-{
-    if (m_first) {
-        m_first->kill();
-        m_first->waitForFinished(5000);
-        m_first.reset();
-    }
-}
-
-std::unique_ptr<QProcess> tst_TwoCopies::launch(const QStringList &arguments, QByteArray *log)
-{
-    auto process = std::make_unique<QProcess>();
-    process->setProcessEnvironment(m_env);
-    connect(process.get(), &QProcess::readyReadStandardError, this,
-        [p = process.get(), log] { log->append(p->readAllStandardError()); });
-    process->start(m_program, arguments);
-    return process;
-}
-
-void tst_TwoCopies::startFirst()
-{
-    m_firstLog.clear();
-    m_first = launch({}, &m_firstLog);
-    QVERIFY(m_first->waitForStarted());
-    QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("first copy"), 15000);
-}
-
-QByteArray tst_TwoCopies::runSecond(const QStringList &arguments)
-{
-    QByteArray log;
-    std::unique_ptr<QProcess> second = launch(arguments, &log);
-    if (!second->waitForFinished(15000))
-        return "did not end";
-    log.append(second->readAllStandardError());
-    if (second->exitStatus() != QProcess::NormalExit || second->exitCode() != 0)
-        log.append("ended badly");
-    return log;
-}
-
-void tst_TwoCopies::secondCopyHandsOverAFile()
-{
-    // A killed first copy leaves its lock file and socket behind; the next first copy takes them over.
-    startFirst();
-    m_first->kill();
-    QVERIFY(m_first->waitForFinished(5000));
-    startFirst();
-    const QString cfg = m_dir.filePath("my q3.cfg");
-    const QByteArray second = runSecond({ cfg });
-    QVERIFY2(second.contains("handed over to the first copy") && !second.contains("shell: first copy"), second);
-    QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("opened \"" + cfg.toUtf8() + '"'), 10000);
-    QCOMPARE(m_first->state(), QProcess::Running);
-}
-
-void tst_TwoCopies::secondCopyWithoutArgumentsOnlyRestores()
-{
-    startFirst();
-    const QByteArray second = runSecond({});
-    QVERIFY2(second.contains("handed over to the first copy"), second);
-    QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("handed over: \"\""), 10000);
-    QVERIFY(!m_firstLog.contains("opened"));
-}
 
 QTEST_GUILESS_MAIN(tst_TwoCopies)
 #include "tst_TwoCopies.moc"
