@@ -178,16 +178,15 @@ private Q_SLOTS:
         QFETCH(QString, start);
         QTemporaryDir place;
         const QDir root(place.path());
-        for (const QString &folder : QStringList { "game", "home", "mine" })
-            root.mkpath(folder);
+        root.mkpath("home");
         const QByteArray oldHome = qgetenv("HOME");
         qputenv("HOME", root.filePath("home").toLocal8Bit());
         m_window->settings().setGameFolder(root.filePath("game"));
-        for (const QString &folder : folders) {
-            if (folder.endsWith(u".cfg"))
-                QVERIFY(commands().OpenCfg(writeTestFile(root.filePath(folder), "")));
-            else
-                root.mkpath(folder);
+        for (const QString &entry : folders) {
+            const bool opened = entry.endsWith(u".cfg");
+            root.mkpath(opened ? QFileInfo(entry).path() : entry);
+            if (opened)
+                QVERIFY(commands().OpenCfg(writeTestFile(root.filePath(entry), "")));
         }
         commands().OpenCfg(QString());
         commands().ImportFile(QString(), PartialKind::HudDisplay);

@@ -141,8 +141,7 @@ private Q_SLOTS:
                 auto *field = WindowTest::find<QLineEdit>(dialog, QStringLiteral("txtPass"));
                 QCOMPARE(field->text(), expectPrefill);
                 field->setText(type);
-                WindowTest::find<QPushButton>(dialog, ok ? QStringLiteral("cmdOK") : QStringLiteral("cmdCancel"))
-                    ->click();
+                WindowTest::find<QPushButton>(dialog, QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
             });
             button->click();
         };
@@ -234,7 +233,6 @@ private Q_SLOTS:
         press(back, true, Qt::Key_W);
         QVERIFY(doc.bindings().at(2).secondKey == u"W" && back->Caption2() == u"W");
         QVERIFY(doc.bindings().at(1).firstKey.isEmpty() && forward->Caption().isEmpty());
-
         // Esc changes nothing, not even the modified flag; nor does the middle button.
         doc.setModified(false);
         press(back, true, Qt::Key_Escape);
@@ -311,11 +309,7 @@ private:
     /// The page containers, in page order.
     QList<QScrollArea *> pages() const
     {
-        QList<QScrollArea *> all;
-        for (QScrollArea *area : m_window->findChildren<QScrollArea *>())
-            if (area->parentWidget() == m_window->centralWidget())
-                all << area;
-        return all;
+        return m_window->centralWidget()->findChildren<QScrollArea *>(QString(), Qt::FindDirectChildrenOnly);
     }
 
     frmMain *m_window = nullptr;

@@ -110,33 +110,28 @@ private Q_SLOTS:
     void locateGameFolder_data()
     {
         QTest::addColumn<QString>("stored"); // a program name for a folder that holds it, "none" for one without
-        QTest::addColumn<QStringList>("picked"); // folders chosen in turn ("" cancels)
-        QTest::addColumn<QList<Answer>>("questions"); // answers to the retry question, in turn
+        QTest::addColumn<QList<Answer>>(
+            "answers"); // folders picked, the same way ("" cancels), and the retry question's
         QTest::addColumn<QString>("result"); // the game folder afterwards; "none": not found
-        const auto row
-            = [](const char *tag, const char *stored, const QStringList &picked, const QList<Answer> &questions,
-                  const char *result) { QTest::newRow(tag) << stored << picked << questions << result; };
-        row("valid at once", "ioquake3.x86_64", {}, {}, "ioquake3.x86_64");
-        row("cancel", "none", { "" }, {}, "none");
-        row("wrong, yes, wrong, no", "none", { "none", "none" }, { QMessageBox::Yes, QMessageBox::No }, "none");
-        row("wrong, yes, right", "none", { "none", "quake3e.x64" }, { QMessageBox::Yes }, "quake3e.x64");
+        const auto row = [](const char *tag, const char *stored, const QList<Answer> &answers, const char *result) {
+            QTest::newRow(tag) << stored << answers << result;
+        };
+        row("valid at once", "ioquake3.x86_64", {}, "ioquake3.x86_64");
+        row("cancel", "none", { "" }, "none");
+        row("wrong, yes, wrong, no", "none", { "none", QMessageBox::Yes, "none", QMessageBox::No }, "none");
+        row("wrong, yes, right", "none", { "none", QMessageBox::Yes, "quake3e.x64" }, "quake3e.x64");
     }
     void locateGameFolder()
     {
         QFETCH(QString, stored);
-        QFETCH(QStringList, picked);
-        QFETCH(QList<Answer>, questions);
+        QFETCH(QList<Answer>, answers);
         QFETCH(QString, result);
         QString folder = gameFolder(stored);
-        QList<Answer> answers;
         QStringList expected;
-        for (int i = 0; i < picked.size(); ++i) {
-            answers << (picked[i].isEmpty() ? QString() : gameFolder(picked[i]));
-            expected << "Select Quake III Arena Folder";
-            if (i < questions.size()) {
-                answers << questions[i];
-                expected << "Tarnwick";
-            }
+        for (Answer &answer : answers) {
+            if (answer.isPath && !answer.path.isEmpty())
+                answer.path = gameFolder(answer.path);
+            expected << QString::fromLatin1(answer.isPath ? "Select Quake III Arena Folder" : "Tarnwick");
         }
         Prompts::setNextAnswers(answers);
         QCOMPARE(LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe"), folder), result != u"none");
@@ -189,7 +184,13 @@ private Q_SLOTS:
 
     void settingsComeInAndGoOut()
     {
-        start("in.ini", "gradient=0\r\naot=1\r\nwx=1500\r\nwy=3000\r\npv_wx=10\r\npv_wy=20\r\npv_open=1\r\n");
+        // Started the way the program starts.
+        const QString ini = file("in.ini",
+            "[Tarnwick]\r\nq3dir=" + gameFolder("quake3.exe").toUtf8()
+                + "\r\ngradient=0\r\naot=1\r\nwx=1500\r\nwy=3000\r\npv_wx=10\r\npv_wy=20\r\npv_open=1\r\n");
+        StartUp::prepare(*m_window, nullptr, ini, QCoreApplication::applicationFilePath());
+        m_window->show();
+        QVERIFY(Prompts::takeShown().isEmpty()); // a valid game folder asks nothing
         QCOMPARE(settings().gameFolder(), gameFolder("quake3.exe"));
         QCOMPARE(m_window->commands().menu().highlightStyle(), PopMenu::Flat);
         QVERIFY(m_window->alwaysOnTop() && m_window->commands().menu().isChecked("OnTop1"));
@@ -199,7 +200,7 @@ private Q_SLOTS:
         m_window->showMinimized();
         QTRY_VERIFY(m_window->isMinimized());
         QVERIFY(m_window->close());
-        const ProgramSettings out = pbLoadOptions(m_dir.filePath("in.ini"), 0, 0);
+        const ProgramSettings out = pbLoadOptions(ini, 0, 0);
         QCOMPARE(std::tuple(out.q3dir, out.gradient, out.aot, out.wx, out.wy, out.pv_wx, out.pv_wy, out.pv_open),
             std::tuple(gameFolder("quake3.exe"), 0, 1, 1500, 3000, 10, 20, 1));
     }
@@ -218,17 +219,6 @@ private:
         if (name != u"none")
             file(QDir(m_dir.path()).relativeFilePath(folder + '/' + name), "");
         return folder;
-    }
-
-    /// A window started the way the program starts, with a settings file naming a game folder and `more`.
-    void start(const QString &ini, const QByteArray &more)
-    {
-        file(ini, "[Tarnwick]\r\nq3dir=" + gameFolder("quake3.exe").toUtf8() + "\r\n" + more);
-        delete m_window;
-        m_window = new frmMain;
-        StartUp::prepare(*m_window, nullptr, m_dir.filePath(ini), QCoreApplication::applicationFilePath());
-        m_window->show();
-        QVERIFY(Prompts::takeShown().isEmpty()); // a valid game folder asks nothing
     }
 
     WindowSettings &settings() { return m_window->settings(); }

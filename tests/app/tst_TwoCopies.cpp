@@ -45,27 +45,23 @@ private Q_SLOTS:
         }
     }
 
-    void secondCopyHandsOverAFile()
+    void secondCopiesHandOverToTheFirst()
     {
         // A killed first copy leaves its lock file and socket behind; the next first copy takes them over.
         startFirst();
         m_first->kill();
         QVERIFY(m_first->waitForFinished(5000));
         startFirst();
-        const QString cfg = m_dir.filePath("my q3.cfg");
-        const QByteArray second = runSecond({ cfg });
-        QVERIFY2(second.contains("handed over to the first copy") && !second.contains("shell: first copy"), second);
-        QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("opened \"" + cfg.toUtf8() + '"'), 10000);
-        QCOMPARE(m_first->state(), QProcess::Running);
-    }
-
-    void secondCopyWithoutArgumentsOnlyRestores()
-    {
-        startFirst();
-        const QByteArray second = runSecond({});
+        // Without arguments the second copy only brings the first to the front.
+        QByteArray second = runSecond({});
         QVERIFY2(second.contains("handed over to the first copy"), second);
         QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("handed over: \"\""), 10000);
         QVERIFY(!m_firstLog.contains("opened"));
+        const QString cfg = m_dir.filePath("my q3.cfg");
+        second = runSecond({ cfg });
+        QVERIFY2(second.contains("handed over to the first copy") && !second.contains("shell: first copy"), second);
+        QTRY_VERIFY_WITH_TIMEOUT(m_firstLog.contains("opened \"" + cfg.toUtf8() + '"'), 10000);
+        QCOMPARE(m_first->state(), QProcess::Running);
     }
 
 private:
