@@ -80,26 +80,6 @@ private Q_SLOTS:
         QVERIFY(!subPageButton(0)->isVisible() && pageButton(3)->y() == lowerTop);
     }
 
-    void pagesFitAtOpeningSize()
-    {
-        // A desktop frame takes a border and a caption off the opening size; the pages must still fit.
-        m_window->resize(695 - 8, 500 - 31);
-        const QList<QScrollArea *> containers = pages();
-        for (int page = 0; page < int(Page::Pk3Explorer); ++page) {
-            m_window->SelectPage(Page(page));
-            for (int sub = 0; sub < (Page(page) == Page::Control ? ControlSubPageCount : 1); ++sub) {
-                if (Page(page) == Page::Control)
-                    m_window->SelectControlSubPage(ControlSubPage(sub));
-                QApplication::processEvents();
-                const QScrollArea *area = containers[page];
-                const QSize need = area->widget()->minimumSizeHint();
-                QVERIFY2(!area->verticalScrollBar()->isVisible() && !area->horizontalScrollBar()->isVisible(),
-                    qPrintable(
-                        QStringLiteral("%1/%2 needs %3x%4").arg(page).arg(sub).arg(need.width()).arg(need.height())));
-            }
-        }
-    }
-
     void regionsFollowTheWindow()
     {
         // Grown, the window gives the page and the help board the room; the left bar keeps its width.
