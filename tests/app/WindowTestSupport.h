@@ -15,6 +15,8 @@
 
 namespace WindowTest {
 
+using Prompts::Answer;
+
 /// A configuration of one setting and one binding.
 inline const QByteArray smallCfg = "seta cg_fov \"110\"\r\nbind w \"+forward\"\r\n";
 

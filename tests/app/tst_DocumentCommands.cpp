@@ -65,8 +65,7 @@ private Q_SLOTS:
         Prompts::setNextAnswers({ text, QMessageBox::No });
         QVERIFY(!commands().OpenCfg(QString()));
         const QList<Prompts::Shown> shown = Prompts::takeShown();
-        QCOMPARE(shown.size(), 2);
-        QCOMPARE(shown[0].text, DocumentCommands::configFilter());
+        QVERIFY(shown.size() == 2 && shown[0].text == DocumentCommands::configFilter());
         QCOMPARE(shown[1].title, QStringLiteral("Incorrect file extension"));
         QCOMPARE(doc.displayName(), QStringLiteral("Untitled"));
         // Yes: the dialog opens again; an upper-case .CONFIG is taken.
@@ -76,35 +75,23 @@ private Q_SLOTS:
         QVERIFY(doc.HasFile() && doc.canRestore() && !doc.isModified());
     }
 
-    void saveOfNewDocumentAsksAndCancelKeepsModified()
-    {
-        edit();
-        commands().saveCommand();
-        QCOMPARE(titlesShown(), QStringList { "Save" });
-        QVERIFY(commands().saveCancelled() && m_window->document().isModified());
-    }
-
-    void saveAsReplacesWithoutAsking()
-    {
-        const QString target = file("old.cfg", "old content\r\n");
-        edit();
-        Prompts::setNextAnswers({ target });
-        commands().saveAsCommand();
-        QCOMPARE(Prompts::takeShown().size(), 1); // the dialog only: no overwrite question
-        QCOMPARE(readTestFile(target), ConfigWriter::fileBytes(m_window->document(), FileScope::Whole));
-        QCOMPARE(m_window->windowTitle(), QStringLiteral("old.cfg - Tarnwick"));
-        QVERIFY(!m_window->document().isModified() && m_window->document().HasFile());
-    }
-
-    void failedSaveAsSaysWhyAndKeepsTheDocument()
+    void saveAsSaysWhyItFailsAndReplacesWithoutAsking()
     {
         // Which failures leave the old file untouched is tst_ConfigWriter's; here, what the window makes of one.
         QVERIFY(QDir(m_dir.path()).mkpath("folder"));
-        edit();
+        editFov(*m_window);
         Prompts::setNextAnswers({ m_dir.filePath("folder"), QMessageBox::Ok });
         commands().saveAsCommand();
         QCOMPARE(titlesShown(), (QStringList { "Save As", "Save Config File" }));
         QVERIFY(m_window->document().isModified() && !m_window->document().HasFile() && commands().saveCancelled());
+        // A file that is there is replaced, with no question.
+        const QString target = file("old.cfg", "old content\r\n");
+        Prompts::setNextAnswers({ target });
+        commands().saveAsCommand();
+        QCOMPARE(titlesShown(), QStringList { "Save As" });
+        QCOMPARE(readTestFile(target), ConfigWriter::fileBytes(m_window->document(), FileScope::Whole));
+        QCOMPARE(m_window->windowTitle(), QStringLiteral("old.cfg - Tarnwick"));
+        QVERIFY(!m_window->document().isModified() && m_window->document().HasFile());
     }
 
     void failedSaveOfACleanDocumentLeavesItClean()
@@ -150,7 +137,7 @@ private Q_SLOTS:
         commands().restoreDefaultsCommand(); // unavailable before a file is opened: asks nothing
         QVERIFY(Prompts::takeShown().isEmpty());
         QVERIFY(commands().OpenCfg(file("mine.cfg")));
-        edit();
+        editFov(*m_window);
         doc.DefineKey(1, KeySlot::First, QStringLiteral("UPARROW"));
         Prompts::setNextAnswers({ QMessageBox::No });
         commands().restoreDefaultsCommand();
@@ -198,12 +185,8 @@ private Q_SLOTS:
     }
 
 private:
-    QString file(const QString &name, const QByteArray &bytes = smallCfg)
-    {
-        return writeTestFile(m_dir.filePath(name), bytes);
-    }
+    QString file(const QString &n, const QByteArray &b = smallCfg) { return writeTestFile(m_dir.filePath(n), b); }
 
-    void edit() { editFov(*m_window); }
     DocumentCommands &commands() { return m_window->documentCommands(); }
 
     void answerNewDialog(int mode, const QString &name, bool ok)

@@ -80,12 +80,12 @@ private Q_SLOTS:
         QVERIFY(!subPageButton(0)->isVisible() && pageButton(3)->y() == lowerTop);
     }
 
-    void regionsFollowTheWindow()
+    void pageTakesTheRoomItIsGiven()
     {
         // Grown, the window gives the page and the help board the room; the left bar keeps its width.
         m_window->SelectPage(Page::Renderer);
         QApplication::processEvents();
-        const QWidget *page = find(QStringLiteral("picGFX"));
+        auto *page = find<QScrollArea>(QStringLiteral("picGFX"));
         const QWidget *bar = find(QStringLiteral("picLBar"));
         const QSize pageBefore = page->size(), barBefore = bar->size();
         m_window->resize(m_window->size() + QSize(200, 150));
@@ -94,16 +94,11 @@ private Q_SLOTS:
         QCOMPARE(bar->size(), barBefore + QSize(0, 150));
         QCOMPARE(board()->geometry().top(), page->geometry().bottom() + 1);
         QCOMPARE(board()->width(), page->width());
-    }
-
-    void largerFontScrollsInsteadOfClipping()
-    {
+        // A larger font makes the page scroll rather than clip.
         QFont big = QApplication::font();
         big.setPointSize(big.pointSize() * 2);
         m_window->setFont(big);
-        m_window->SelectPage(Page::Renderer);
         QApplication::processEvents();
-        auto *page = find<QScrollArea>(QStringLiteral("picGFX"));
         QVERIFY(page->verticalScrollBar()->isVisible() || page->horizontalScrollBar()->isVisible());
         QVERIFY(page->widget()->height() >= page->widget()->minimumSizeHint().height());
     }

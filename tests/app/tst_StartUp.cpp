@@ -10,7 +10,6 @@
 #include "frmAbout.h"
 #include "frmOptions.h"
 
-using Prompts::Answer;
 using namespace WindowTest;
 
 class tst_StartUp : public QObject
@@ -144,42 +143,31 @@ private Q_SLOTS:
         QCOMPARE(folder, gameFolder(result));
     }
 
-    void optionsDialog_data()
-    {
-        QTest::addColumn<bool>("ok");
-        QTest::addColumn<QString>("picked"); // what "&Select..." chooses ("" cancels it)
-        QTest::addColumn<QString>("folder");
-        QTest::newRow("ok takes the typed folder, trimmed") << true << "/games/picked"
-                                                            << "/games/q3";
-        QTest::newRow("cancel keeps everything") << false << ""
-                                                 << "/games/old";
-    }
     void optionsDialog()
     {
-        QFETCH(bool, ok);
-        QFETCH(QString, picked);
-        QFETCH(QString, folder);
         settings().setGameFolder("/games/old");
         settings().setGradient(true);
-        Prompts::setNextAnswers({ picked });
-        whenModal(this, [&](QWidget *dialog) {
-            QVERIFY(qobject_cast<frmOptions *>(dialog) && !m_window->gate().HotKeysEnabled());
-            auto *path = WindowTest::find<QLineEdit>(dialog, "txtPath");
-            auto *check = WindowTest::find<QCheckBox>(dialog, "chkGrad");
-            QVERIFY(path->text() == u"/games/old" && check->isChecked());
-            WindowTest::find<QPushButton>(dialog, "cmdSelect")->click();
-            QCOMPARE(path->text(), picked.isEmpty() ? QStringLiteral("/games/old") : picked);
-            path->setText("  /games/q3  ");
-            check->setChecked(false);
-            WindowTest::find<QPushButton>(dialog, QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
-        });
-        m_window->commands().run("Options1");
-        const QList<Prompts::Shown> shown = Prompts::takeShown();
-        QCOMPARE(shown.size(), 1);
-        QCOMPARE(shown[0].text, QStringLiteral("/games/old")); // the picker starts at the folder shown
-        QCOMPARE(settings().gameFolder(), folder);
-        QCOMPARE(m_window->commands().menu().highlightStyle() == PopMenu::Gradient, !ok);
-        QCOMPARE(settings().current().gradient, ok ? 0 : 1);
+        // Cancel keeps everything, also after a cancelled "&Select..."; OK takes what is typed after a pick, trimmed.
+        for (const bool ok : { false, true }) {
+            const QString picked = ok ? QStringLiteral("/games/picked") : QString();
+            Prompts::setNextAnswers({ picked });
+            whenModal(this, [&](QWidget *dialog) {
+                QVERIFY(qobject_cast<frmOptions *>(dialog) && !m_window->gate().HotKeysEnabled());
+                auto *path = WindowTest::find<QLineEdit>(dialog, "txtPath");
+                auto *check = WindowTest::find<QCheckBox>(dialog, "chkGrad");
+                QVERIFY(path->text() == u"/games/old" && check->isChecked());
+                WindowTest::find<QPushButton>(dialog, "cmdSelect")->click();
+                QCOMPARE(path->text(), ok ? picked : QStringLiteral("/games/old"));
+                path->setText("  /games/q3  ");
+                check->setChecked(false);
+                WindowTest::find<QPushButton>(dialog, QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
+            });
+            m_window->commands().run("Options1");
+            QCOMPARE(Prompts::takeShown().value(0).text, QStringLiteral("/games/old")); // where the picker starts
+            QCOMPARE(settings().gameFolder(), ok ? QStringLiteral("/games/q3") : QStringLiteral("/games/old"));
+            QCOMPARE(m_window->commands().menu().highlightStyle() == PopMenu::Gradient, !ok);
+            QCOMPARE(settings().current().gradient, ok ? 0 : 1);
+        }
     }
 
     void settingsComeInAndGoOut()
@@ -206,10 +194,7 @@ private Q_SLOTS:
     }
 
 private:
-    QString file(const QString &name, const QByteArray &bytes = smallCfg)
-    {
-        return writeTestFile(m_dir.filePath(name), bytes);
-    }
+    QString file(const QString &n, const QByteArray &b = smallCfg) { return writeTestFile(m_dir.filePath(n), b); }
 
     // A folder that holds the game program `name`; "none" for one that holds no game.
     QString gameFolder(const QString &name)
