@@ -4,8 +4,8 @@
 
 #include "Commands.h"
 #include "DocumentCommands.h"
+#include "PopMenu.h"
 #include "Prompts.h"
-#include "SettingCatalog.h"
 #include "TestFiles.h"
 #include "frmMain.h"
 
@@ -14,7 +14,6 @@
 #include <functional>
 
 namespace WindowTest {
-
 using Prompts::Answer;
 
 /// A configuration of one setting and one binding.

@@ -1,8 +1,5 @@
 // The menu, the toolbar and the accelerators of the real window, each followed to the command it runs.
-#include "CommandGate.h"
 #include "Keys.h"
-#include "PartialFiles.h"
-#include "PopMenu.h"
 #include "WindowTestSupport.h"
 #include "frmKey.h"
 #include "frmLoad.h"
@@ -50,7 +47,7 @@ private Q_SLOTS:
         row("Open1", { "Open" }, Qt::CTRL | Qt::Key_O, "OPEN1");
         row("Save1", { "Save" }, Qt::CTRL | Qt::Key_S, "SAVE1");
         row("SaveAs1", { "Save As" }, Qt::CTRL | Qt::ALT | Qt::Key_S);
-        // Export, Import and the unavailable items: exportAndImportEachKind, disabledItemsRunNoWay.
+        // Export, Import and the unavailable items: exportAndImportEachKind, itemsFollowWhatIsAvailable.
         row("Game1", { "Game1" }, Qt::SHIFT | Qt::Key_F5);
         row("TDemo1", { "TDemo1" }, Qt::SHIFT | Qt::Key_F6);
         row("Search1", { "Search1" }, QKeyCombination(Qt::Key_F3), "SEARCH1");
@@ -134,11 +131,9 @@ private Q_SLOTS:
             opened.append(url);
             return answers;
         });
-        QCOMPARE(observe([&] {
-            for (QAction *item : m_window->commands().menu().subMenu("Websites1")->actions())
-                item->trigger();
-        }),
-            QStringList());
+        for (QAction *item : m_window->commands().menu().subMenu("Websites1")->actions())
+            item->trigger();
+        QVERIFY(m_seen.isEmpty()); // no box
         QCOMPARE(QSet<QUrl>(opened.begin(), opened.end()).size(), 8); // seven sites and an e-mail address
         for (const QUrl &url : opened)
             QVERIFY2(
@@ -167,8 +162,7 @@ private Q_SLOTS:
             QCOMPARE(commands.menu().caption("Prev1") != show, on);
             triggerMenu("OnTop1");
             QCOMPARE(commands.menu().isChecked("OnTop1"), on);
-            QCOMPARE(m_window->windowFlags().testFlag(Qt::WindowStaysOnTopHint), on);
-            QVERIFY(m_window->isVisible());
+            QVERIFY(m_window->windowFlags().testFlag(Qt::WindowStaysOnTopHint) == on && m_window->isVisible());
         }
     }
 
@@ -360,7 +354,6 @@ private:
     QString file(const QString &name) { return writeTestFile(m_dir.filePath(name), smallCfg); }
     void triggerMenu(const QString &key) { m_window->commands().menu().action(key)->trigger(); }
     void press(int key, Qt::KeyboardModifiers mods) { QTest::keyClick(m_window->windowHandle(), Qt::Key(key), mods); }
-
     CommandGate &gate() { return m_window->gate(); }
 
     frmMain *m_window = nullptr;

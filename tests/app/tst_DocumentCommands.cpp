@@ -15,7 +15,7 @@ private Q_SLOTS:
     void init()
     {
         m_window = new frmMain;
-        Prompts::setNextAnswers({});
+        Prompts::setNextAnswers({}); // boxes and dialogs answered from here on, none shown
     }
 
     void cleanup()

@@ -79,8 +79,7 @@ private Q_SLOTS:
         QFETCH(int, fontScale);
         QFont font = QApplication::font();
         font.setPointSize(font.pointSize() * fontScale);
-        if (fontScale != 1)
-            m_window->setFont(font);
+        m_window->setFont(font);
         auto *control = m_window->findChild<ControlPage *>();
         QVERIFY(control);
         int column = -1;

@@ -89,12 +89,8 @@ private:
     {
         QByteArray log;
         std::unique_ptr<QProcess> second = launch(arguments, &log);
-        if (!second->waitForFinished(15000))
-            return "did not end";
-        log.append(second->readAllStandardError());
-        if (second->exitStatus() != QProcess::NormalExit || second->exitCode() != 0)
-            log.append("ended badly");
-        return log;
+        const bool ended = second->waitForFinished(15000) && second->exitStatus() == QProcess::NormalExit;
+        return log + second->readAllStandardError() + (ended && second->exitCode() == 0 ? "" : "did not end well");
     }
 
     QTemporaryDir m_dir;
