@@ -76,10 +76,8 @@ std::optional<PartialKind> kindFromName(const QString &name)
 
 bool ExportFile(ConfigDocument &doc, const QString &path, PartialKind kind, QString *error)
 {
-    if (!WriteCfgFile(doc, path, PartialFiles::scopeOf(kind), error))
-        return false;
-    doc.setModified(false);
-    return true;
+    // Another file is written, not the document: what it had not saved is still unsaved.
+    return WriteCfgFile(doc, path, PartialFiles::scopeOf(kind), error);
 }
 
 bool ImportFile(ConfigDocument &doc, const QString &path, PartialKind kind, QString *error)

@@ -23,7 +23,7 @@ std::optional<PartialKind> kindFromName(const QString &name);
 
 } // namespace PartialFiles
 
-/// Writes the kind's area to `path`; the document is not modified afterwards.
+/// Writes the kind's area to `path`; the document's modified flag stays as it was.
 bool ExportFile(ConfigDocument &doc, const QString &path, PartialKind kind, QString *error = nullptr);
 /// Reads the kind's area from `path` (any configuration file will do); the document is modified afterwards.
 bool ImportFile(ConfigDocument &doc, const QString &path, PartialKind kind, QString *error = nullptr);

@@ -304,7 +304,7 @@ private Q_SLOTS:
             Prompts::setNextAnswers({ exported });
             m_window->commands().run(key + u'1');
             QCOMPARE(Prompts::takeShown().value(0).text, PartialFiles::exportFilter(kind));
-            QVERIFY(QFile::exists(exported) && !doc.isModified() && m_window->currentPage() == before);
+            QVERIFY(QFile::exists(exported) && doc.isModified() && m_window->currentPage() == before);
 
             Prompts::setNextAnswers({ exported });
             m_window->commands().run(key + u'2');
