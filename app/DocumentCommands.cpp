@@ -15,6 +15,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QLocale>
 
 namespace {
 
@@ -75,17 +76,38 @@ bool DocumentCommands::OpenCfg(QString path)
     if (path.isEmpty())
         return false;
     QString error;
-    if (!readWhileSplashShows(path, &error)) {
+    DroppedLines dropped;
+    if (!readWhileSplashShows(path, &error, &dropped)) {
         Prompts::ask(m_shell.widget(), Prompts::programTitle(), error, QMessageBox::Ok, QMessageBox::Critical);
         return false;
     }
     m_doc.setFile(path, QFileInfo(path).fileName(), true);
     m_doc.setModified(false);
     m_lastFolder = QFileInfo(path).absolutePath();
+    if (dropped.count > 0)
+        m_shell.SetText(droppedLinesWarning(dropped, path), MsgType::Caution);
     return true;
 }
 
-bool DocumentCommands::readWhileSplashShows(const QString &path, QString *error)
+QString DocumentCommands::droppedLinesWarning(const DroppedLines &dropped, const QString &path)
+{
+    const QString what = dropped.count == 1
+        ? QStringLiteral("1 line of this file is a console command (such as %1) that Tarnwick does not keep.")
+        : QStringLiteral("%2 lines of this file are console commands (such as %1) that Tarnwick does not keep.");
+    const QString first = what.arg(dropped.commands.join(QStringLiteral(", ")), QLocale().toString(dropped.count));
+    const QString name = QFileInfo(path).fileName();
+    const QString original = path + QStringLiteral(".orig");
+    QFile file(path);
+    const bool ours = file.open(QIODevice::ReadOnly) && ConfigReader::writtenByTarnwick(file.read(64));
+    if (ours)
+        return first + QStringLiteral(" A save does not write them back.");
+    if (QFileInfo::exists(original))
+        return first
+            + QStringLiteral(" A save does not write them back; %1.orig already holds an earlier original.").arg(name);
+    return first + QStringLiteral(" The original file is kept as %1.orig when you save.").arg(name);
+}
+
+bool DocumentCommands::readWhileSplashShows(const QString &path, QString *error, DroppedLines *dropped)
 {
     if (!m_load)
         m_load = new frmLoad(m_shell.widget());
@@ -93,7 +115,7 @@ bool DocumentCommands::readWhileSplashShows(const QString &path, QString *error)
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     {
         const Prompts::CommandsOff off;
-        m_load->runModal(true, [&] { read = ReadCfgFile(m_doc, path, FileScope::Whole, error); });
+        m_load->runModal(true, [&] { read = ReadCfgFile(m_doc, path, FileScope::Whole, error, dropped); });
     }
     QGuiApplication::restoreOverrideCursor();
     return read;
@@ -140,10 +162,16 @@ void DocumentCommands::SaveCfgAs(QString path)
 
 bool DocumentCommands::write(const QString &path)
 {
-    // The file is replaced only once the new one is whole: nothing to delete first.
+    // A file some of whose lines the document does not hold is kept as it was before the first save over it.
+    QString keptAs;
     QString error;
-    if (WriteCfgFile(m_doc, path, FileScope::Whole, &error))
+    // The file is replaced only once the new one is whole: nothing to delete first.
+    if (KeepOriginal(path, &keptAs, &error) && WriteCfgFile(m_doc, path, FileScope::Whole, &error)) {
+        if (!keptAs.isEmpty())
+            m_shell.setMenuHelp(
+                QStringLiteral("The original file was kept as %1").arg(QDir::toNativeSeparators(keptAs)));
         return true;
+    }
     Prompts::reportError(m_shell.widget(), QStringLiteral("Save Config File"), 75, error);
     return false;
 }

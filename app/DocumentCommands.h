@@ -2,6 +2,7 @@
 // with the save-changes prompts that guard them.
 #pragma once
 
+#include "ConfigReader.h"
 #include "Pages.h"
 #include "PartialFiles.h"
 
@@ -44,13 +45,16 @@ public:
     /// Whether the last save ended without writing (the dialog was cancelled or the write failed).
     bool saveCancelled() const { return m_saveCancelled; }
 
+    /// The help board's warning after opening a file some of whose lines a save does not keep.
+    static QString droppedLinesWarning(const DroppedLines &dropped, const QString &path);
+
     /// The page an import of `kind` shows.
     static Page pageOf(PartialKind kind);
     static QString configFilter() { return QStringLiteral("Configuration Files (*.cfg;*.config)|*.cfg;*.config"); }
 
 private:
     QString startFolder() const;
-    bool readWhileSplashShows(const QString &path, QString *error);
+    bool readWhileSplashShows(const QString &path, QString *error, DroppedLines *dropped);
     bool write(const QString &path);
 
     ShellWindow &m_shell;

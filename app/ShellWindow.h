@@ -3,6 +3,7 @@
 #pragma once
 
 #include "Pages.h"
+#include "SettingCatalog.h"
 
 #include <QString>
 
@@ -19,6 +20,8 @@ public:
     virtual void SelectPage(Page page) = 0;
     /// The status bar's menu help panel.
     virtual void setMenuHelp(const QString &text) = 0;
+    /// The help board's text and message type.
+    virtual void SetText(const QString &text, MsgType msgType) = 0;
     virtual bool alwaysOnTop() const = 0;
     virtual void setAlwaysOnTop(bool on) = 0;
     /// The game folder as the program settings hold it.

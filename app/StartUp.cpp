@@ -20,11 +20,12 @@ void finish(frmMain &window, QWidget *splash, const QString &commandLine, const 
     window.show();
     if (splash)
         splash->close();
-    window.commandLine().HandleCommandLine(commandLine);
+    // The greeting first: what opening the command line's file has to say replaces it.
     if (registration.isEmpty())
         window.SetText(QStringLiteral("Welcome to Tarnwick."), MsgType::Information);
     else
         window.SetText(registration, MsgType::Caution);
+    window.commandLine().HandleCommandLine(commandLine);
 }
 
 } // namespace StartUp

@@ -13,8 +13,8 @@ namespace StartUp {
 /// window closes), the file types of `executable`, and the game folder (asked for over `splash` while it does not
 /// hold the game). Returns what went wrong registering the file types ("" when nothing did).
 QString prepare(frmMain &window, QWidget *splash, const QString &settingsFile, const QString &executable);
-/// Shows the window, closes the splash, runs the command line and greets: "Welcome to Tarnwick." in the help
-/// board, or the file-type problem `registration` as a caution.
+/// Shows the window, closes the splash, greets — "Welcome to Tarnwick." in the help board, or the file-type
+/// problem `registration` as a caution — and runs the command line.
 void finish(frmMain &window, QWidget *splash, const QString &commandLine, const QString &registration);
 
 } // namespace StartUp

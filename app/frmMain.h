@@ -51,8 +51,6 @@ public:
     void SelectControlSubPage(ControlSubPage subPage);
     /// Shows or hides the Control page's sub-page buttons, moving the lower page buttons.
     void ShowControls(bool show);
-    /// The help board's text and message type.
-    void SetText(const QString &text, MsgType msgType);
     /// The title strip's colour gradient (flat when off), and the menus' highlight with it.
     void setGradient(bool on);
     Pk3ExplorerPage *pk3Page() const { return m_pk3Page; }
@@ -67,6 +65,7 @@ public:
     int ShowForm(QWidget *form, bool modal) override;
     void SelectPage(Page page) override;
     void setMenuHelp(const QString &text) override;
+    void SetText(const QString &text, MsgType msgType) override;
     bool alwaysOnTop() const override { return m_alwaysOnTop; }
     /// Keeps this window, and every window it shows, above all others.
     void setAlwaysOnTop(bool on) override;

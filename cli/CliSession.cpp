@@ -171,6 +171,9 @@ QString CliSession::usage()
         "  tarnwick-cli export KIND IN OUT          open IN, then export area KIND to OUT\n"
         "  tarnwick-cli import KIND PART BASE OUT   open BASE, import PART as KIND, then save as OUT\n"
         "  tarnwick-cli new MODE OUT                New with MODE 0, 1 or 2 (name \"Untitled\"), then save as OUT\n"
+        "  tarnwick-cli check FILE                  list the lines of FILE a save would not keep (console commands,\n"
+        "                                           bare variables ...): NUMBER, tab, LINE; then a summary.\n"
+        "                                           Exit status 3 when there are some\n"
         "  tarnwick-cli pk3 ARCHIVE                 list the files of the PK3 (zip) ARCHIVE, one a line:\n"
         "                                           FOLDER, tab, NAME, tab, E (encrypted) or -\n"
         "  tarnwick-cli script FILE                 run the commands of FILE (\"-\" = standard input), one a line:\n"
@@ -235,6 +238,8 @@ int CliSession::run(const QStringList &args)
         return chain({ [&] { return newDocument(args[1], QString()); }, [&] { return save(args[2]); } });
     if (command == u"pk3" && count == 2)
         return listArchive(args[1]);
+    if (command == u"check" && count == 2)
+        return check(args[1]);
     if (command == u"script" && count == 2) {
         QFile file;
         const bool opened = args[1] == u"-" ? file.open(stdin, QIODevice::ReadOnly)
@@ -304,6 +309,27 @@ int CliSession::open(const QString &path)
 {
     QString error;
     return OpenCfgFile(m_doc, path, &error) ? int(Success) : fail(error);
+}
+
+int CliSession::check(const QString &path)
+{
+    QString error;
+    DroppedLines dropped;
+    dropped.examples = -1;
+    if (!ReadCfgFile(m_doc, path, FileScope::Whole, &error, &dropped))
+        return fail(error);
+    QByteArray out;
+    for (const auto &[number, line] : dropped.lines)
+        out += QByteArray::number(number) + '\t' + line + '\n';
+    const QString name = QFileInfo(path).fileName();
+    if (dropped.count == 0)
+        out += QStringLiteral("%1: a save keeps every line (comments and blank lines aside)\n").arg(name).toLocal8Bit();
+    else
+        out += QStringLiteral("%1: %2 line%3 a save would not keep\n")
+                   .arg(name, QString::number(dropped.count), dropped.count == 1 ? QString() : QStringLiteral("s"))
+                   .toLocal8Bit();
+    std::fwrite(out.constData(), 1, size_t(out.size()), m_out);
+    return dropped.count == 0 ? int(Success) : int(LinesDropped);
 }
 
 int CliSession::save(const QString &path)

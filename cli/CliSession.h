@@ -11,7 +11,7 @@
 class CliSession
 {
 public:
-    enum Exit { Success = 0, Failure = 1, Usage = 2 };
+    enum Exit { Success = 0, Failure = 1, Usage = 2, LinesDropped = 3 };
 
     CliSession(FILE *out, FILE *err);
 
@@ -34,6 +34,7 @@ private:
     int unbind(const QString &index, const QString &slot);
     int print();
     int listArchive(const QString &path);
+    int check(const QString &path);
 
     int fail(const QString &message);
     int usageError(const QString &message);

@@ -2,6 +2,7 @@
 
 #include "CfgNumber.h"
 #include "CfgText.h"
+#include "ConfigWriter.h"
 #include "Defaults.h"
 #include "SettingMapping.h"
 
@@ -77,6 +78,28 @@ bool mayMatter(QByteArrayView line)
             return c == 's' || c == 'S' || c == 'b' || c == 'B';
     }
     return false;
+}
+
+// Whether a line the reader passes over says nothing: blanks, tabs and quotes only, or a comment.
+bool blankOrComment(QByteArrayView line)
+{
+    for (qsizetype i = 0; i < line.size(); ++i) {
+        const char c = line[i];
+        if (c == ' ' || c == '\t' || c == '"' || c == '\f' || c == '\v')
+            continue;
+        return c == '/' && i + 1 < line.size() && line[i + 1] == '/';
+    }
+    return true;
+}
+
+// A dropped line's first word, as a console reads it: up to a blank, a tab or a semicolon.
+QString firstWord(QByteArrayView line)
+{
+    const QString text = CfgText::trimBlanks(CfgText::examined(line));
+    qsizetype end = 0;
+    while (end < text.size() && text[end] != u' ' && text[end] != u';')
+        ++end;
+    return CfgText::asciiLower(text.first(end));
 }
 
 // Where the first "//" of a line starts; the line's length when it has none.
@@ -162,6 +185,50 @@ void applyWorkingCopy(ConfigDocument &doc, const QByteArray &copy, FileScope sco
     doc.setCanRestore(true);
 }
 
+DroppedLines droppedLines(const QByteArray &copy, qsizetype examples)
+{
+    DroppedLines dropped;
+    dropped.examples = examples;
+    const qsizetype n = copy.size();
+    qsizetype number = 0; // the copy's first line is its own empty one: the file's lines count from 1
+    for (qsizetype pos = 0; pos < n; ++number) {
+        qsizetype end = copy.indexOf('\r', pos);
+        if (end < 0)
+            end = n;
+        const QByteArrayView line(copy.constData() + pos, end - pos);
+        pos = end + 2;
+        // The same decisions as applyWorkingCopy's: a setting line is always carried (taken or kept), a bind
+        // line when it binds an action.
+        if (mayMatter(line)) {
+            const QString examined = CfgText::examined(line);
+            if (CfgText::startsWithNoCase(examined, u"set"))
+                continue;
+            if (CfgText::startsWithNoCase(examined, u"bind") && ActionBindings::bindsAnAction(examined))
+                continue;
+        } else if (blankOrComment(line)) {
+            continue;
+        }
+        ++dropped.count;
+        if (examples < 0 || dropped.lines.size() < examples)
+            dropped.lines.append({ number, line.toByteArray() });
+        if (dropped.commands.size() < 3) {
+            const QString word = firstWord(line);
+            if (!word.isEmpty() && !dropped.commands.contains(word))
+                dropped.commands.append(word);
+        }
+    }
+    return dropped;
+}
+
+bool writtenByTarnwick(QByteArrayView fileBytes)
+{
+    const QByteArray header = ConfigWriter::header().toLatin1();
+    if (!fileBytes.startsWith(header))
+        return false;
+    const QByteArrayView rest = fileBytes.sliced(header.size());
+    return rest.isEmpty() || rest.front() == '\r' || rest.front() == '\n';
+}
+
 } // namespace ConfigReader
 
 QString GetSetaValue(const QString &line, const QString &name, const ReadRule &rule)
@@ -184,7 +251,7 @@ QString InfoValue(const QString &info, const QString &key)
     return CfgNumber::formatNumber(CfgNumber::numericValue(QStringView(info).mid(at + key.size())));
 }
 
-bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error)
+bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error, DroppedLines *dropped)
 {
     const auto fail = [error] {
         if (error)
@@ -226,6 +293,8 @@ bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QStr
     copy.remove();
 
     ConfigReader::applyWorkingCopy(doc, content, scope);
+    if (dropped && scope == FileScope::Whole)
+        *dropped = ConfigReader::droppedLines(content, dropped->examples);
     return true;
 }
 

@@ -7,6 +7,20 @@
 #include <QByteArray>
 #include <QString>
 
+/// The lines of a file that a whole read does not carry into the document, comments and blank lines aside:
+/// console commands (exec, vstr, unbindall ...), variables given without set or seta, lines that start with
+/// blanks, bind lines that bind no action. A save does not write them back.
+struct DroppedLines
+{
+    /// How many of the lines to hold (-1: all); set before a read.
+    qsizetype examples = 5;
+    qsizetype count = 0;
+    /// The first of them: the line's number (1 for the file's first line) and the line as read.
+    QList<std::pair<qsizetype, QByteArray>> lines;
+    /// Their first words ("exec", "vstr" ...), each once, three at most.
+    QStringList commands;
+};
+
 namespace ConfigReader {
 
 /// The message shown when a file can't be read or its working copy can't be made.
@@ -16,6 +30,10 @@ QString backupFailedMessage();
 QByteArray workingCopy(const QByteArray &fileBytes);
 /// Applies the lines of a working copy to the document, as a read of `scope` does after the copy is made.
 void applyWorkingCopy(ConfigDocument &doc, const QByteArray &copy, FileScope scope);
+/// The dropped lines of a working copy, with `examples` of them at most (-1: all).
+DroppedLines droppedLines(const QByteArray &copy, qsizetype examples);
+/// Whether a file's bytes begin with the line the writer puts first (Tarnwick wrote the file).
+bool writtenByTarnwick(QByteArrayView fileBytes);
 
 } // namespace ConfigReader
 
@@ -24,7 +42,8 @@ QString GetSetaValue(const QString &line, const QString &name, const ReadRule &r
 /// The number that follows `key` (such as "a1\") in an info string, as text; "0" when the key is absent.
 QString InfoValue(const QString &info, const QString &key);
 /// Reads the file into the document for the scope. On failure the document is unchanged and `error`
-/// holds the message to show.
-bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error = nullptr);
+/// holds the message to show. With `dropped`, a whole read also reports what it does not carry.
+bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error = nullptr,
+    DroppedLines *dropped = nullptr);
 /// Opens a configuration as the document: a whole-file read, then the document belongs to the file.
 bool OpenCfgFile(ConfigDocument &doc, const QString &path, QString *error = nullptr);

@@ -1,9 +1,12 @@
 #include "ConfigWriter.h"
 
+#include "ConfigReader.h"
 #include "SettingMapping.h"
 #include "WholeFile.h"
 
+#include <QFile>
 #include <QFileInfo>
+#include <QTemporaryFile>
 
 namespace {
 
@@ -83,5 +86,40 @@ bool SaveCfgFileAs(ConfigDocument &doc, const QString &path, QString *error)
         return false;
     doc.setFile(path, QFileInfo(path).fileName(), true);
     doc.setModified(false);
+    return true;
+}
+
+bool KeepOriginal(const QString &path, QString *keptAs, QString *error)
+{
+    const auto fail = [&](const QString &why) {
+        if (error)
+            *error = why;
+        return false;
+    };
+    if (!QFileInfo(path).isFile())
+        return true;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return fail(QStringLiteral("Can't read \"%1\" to keep a copy of it: %2").arg(path, file.errorString()));
+    const QByteArray bytes = file.readAll();
+    if (file.error() != QFileDevice::NoError)
+        return fail(QStringLiteral("Can't read \"%1\" to keep a copy of it: %2").arg(path, file.errorString()));
+    if (ConfigReader::writtenByTarnwick(bytes)
+        || ConfigReader::droppedLines(ConfigReader::workingCopy(bytes), 0).count == 0)
+        return true;
+    const QString original = path + QStringLiteral(".orig");
+    if (QFileInfo::exists(original) || QFileInfo(original).isSymLink())
+        return true;
+    // Written aside and renamed into place: the copy is whole or absent, and a rename never replaces a file.
+    QTemporaryFile copy(original + QStringLiteral(".XXXXXX"));
+    if (!copy.open() || copy.write(bytes) != bytes.size() || !copy.flush())
+        return fail(
+            QStringLiteral("Can't keep a copy of the original file as \"%1\": %2").arg(original, copy.errorString()));
+    if (!copy.rename(original))
+        return fail(
+            QStringLiteral("Can't keep a copy of the original file as \"%1\": %2").arg(original, copy.errorString()));
+    copy.setAutoRemove(false);
+    if (keptAs)
+        *keptAs = original;
     return true;
 }

@@ -22,3 +22,8 @@ QStringList BuildCfgLines(const ConfigDocument &doc, FileScope scope);
 bool WriteCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QString *error = nullptr);
 /// Save As: a whole-file write after which the document belongs to `path`.
 bool SaveCfgFileAs(ConfigDocument &doc, const QString &path, QString *error = nullptr);
+/// Before a save writes over `path`: when the file there was not written by Tarnwick and holds lines a save
+/// does not keep (see DroppedLines), its bytes are first copied to `path` + ".orig", whole or not at all. That
+/// happens once: an existing ".orig" is never replaced. True when nothing was needed or the copy was made
+/// (`keptAs` then names it); false, with `error` saying why, when the copy could not be made.
+bool KeepOriginal(const QString &path, QString *keptAs, QString *error);

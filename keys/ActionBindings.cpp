@@ -80,6 +80,18 @@ void ActionBindings::applyExaminedBindLine(const QString &examined)
     }
 }
 
+bool ActionBindings::bindsAnAction(const QString &examined)
+{
+    const std::optional<QString> prepared = preparedBindLine(examined);
+    if (!prepared)
+        return false;
+    for (const QString &command : commands()) {
+        if (keyBefore(*prepared, command))
+            return true;
+    }
+    return false;
+}
+
 QStringList ActionBindings::BindLinesFor(int action) const
 {
     QStringList lines;

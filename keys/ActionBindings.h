@@ -34,6 +34,8 @@ public:
     void ApplyBindLine(const QString &line);
     /// The same for a line already examined (quotes removed, tabs made blanks).
     void applyExaminedBindLine(const QString &examined);
+    /// Whether an examined bind line binds one of the actions (a line that binds none is not kept).
+    static bool bindsAnAction(const QString &examined);
     /// The lines the writer emits for one action: first key's line, then second key's line.
     QStringList BindLinesFor(int action) const;
     /// Takes `key` away from whatever slot holds it, then stores it in the given slot.
