@@ -92,9 +92,12 @@ bool DocumentCommands::OpenCfg(QString path)
 QString DocumentCommands::droppedLinesWarning(const DroppedLines &dropped, const QString &path)
 {
     const QString what = dropped.count == 1
-        ? QStringLiteral("1 line of this file is a console command (such as %1) that Tarnwick does not keep.")
-        : QStringLiteral("%2 lines of this file are console commands (such as %1) that Tarnwick does not keep.");
-    const QString first = what.arg(dropped.commands.join(QStringLiteral(", ")), QLocale().toString(dropped.count));
+        ? QStringLiteral("1 line of this file is a console command%1 that Tarnwick does not keep.")
+        : QStringLiteral("%2 lines of this file are console commands%1 that Tarnwick does not keep.");
+    const QString examples = dropped.commands.isEmpty()
+        ? QString()
+        : QStringLiteral(" (such as %1)").arg(dropped.commands.join(QStringLiteral(", ")));
+    const QString first = what.arg(examples, QLocale().toString(dropped.count));
     const QString name = QFileInfo(path).fileName();
     const QString original = path + QStringLiteral(".orig");
     QFile file(path);
