@@ -1,8 +1,10 @@
 #include "Prompts.h"
 
 #include <QFileDialog>
+#include <QFileSystemModel>
 #include <QHeaderView>
 #include <QQueue>
+#include <QScreen>
 #include <QTreeView>
 
 namespace Prompts {
@@ -146,12 +148,24 @@ std::unique_ptr<QFileDialog> fileDialog(QWidget *parent, bool save, const QStrin
     // Wide enough for the name, size, type and date columns side by side, none of them elided.
     const QFontMetrics metrics = dialog->fontMetrics();
     dialog->resize(dialog->sizeHint().expandedTo(QSize(metrics.averageCharWidth() * 110, metrics.height() * 26)));
-    if (auto *details = dialog->findChild<QTreeView *>(QStringLiteral("treeView"))) {
-        QHeaderView *header = details->header();
-        const int name = metrics.averageCharWidth() * 40;
-        header->resizeSection(0, name);
-        for (int column = 1; column < header->count(); ++column)
-            header->resizeSection(column, qMax(header->sectionSize(column), metrics.averageCharWidth() * 16));
+    auto *details = dialog->findChild<QTreeView *>(QStringLiteral("treeView"));
+    auto *files = dialog->findChild<QFileSystemModel *>();
+    if (details && files) {
+        details->header()->resizeSection(0, metrics.averageCharWidth() * 40);
+        // Once a folder's entries are known, the size, type and date columns take what their texts need (a
+        // type name can be long), and the dialog grows to show them all, within the screen.
+        QFileDialog *shown = dialog.get();
+        QObject::connect(files, &QFileSystemModel::directoryLoaded, details, [shown, details] {
+            QHeaderView *header = details->header();
+            for (int column = 1; column < header->count(); ++column)
+                header->resizeSection(column,
+                    qMax(header->sectionSize(column),
+                        static_cast<QAbstractItemView *>(details)->sizeHintForColumn(column)));
+            const int missing = header->length() - details->viewport()->width();
+            const int room = shown->screen() ? shown->screen()->availableGeometry().width() : shown->width();
+            if (missing > 0)
+                shown->resize(qMin(shown->width() + missing + details->frameWidth() * 2, room), shown->height());
+        });
     }
     return dialog;
 }

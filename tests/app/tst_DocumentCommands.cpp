@@ -111,24 +111,27 @@ private Q_SLOTS:
     void fileDialogsCompleteTheExtension()
     {
         // The real dialog, as Open shows it: a name typed without its extension finds the configuration file.
-        file("q3config.cfg");
-        const auto dialog = Prompts::fileDialog(
-            nullptr, false, "Open", DocumentCommands::configFilter(), QStringLiteral("cfg"), m_dir.path());
+        QTemporaryDir folder;
+        writeTestFile(folder.filePath("q3config.cfg"), "");
+        writeTestFile(folder.filePath("notes.a-long-extension-of-another-program"), ""); // its type name is long
+        const auto dialog
+            = Prompts::fileDialog(nullptr, false, "Open", "All Files (*.*)|*", QStringLiteral("cfg"), folder.path());
         dialog->setOption(QFileDialog::DontUseNativeDialog);
         dialog->show();
         QVERIFY(QTest::qWaitForWindowExposed(dialog.get()));
-        // Wide enough that the size and type columns are not cut short.
-        auto *details = dialog->findChild<QTreeView *>("treeView");
-        QVERIFY(details);
-        const QFontMetrics metrics = details->fontMetrics();
-        for (int column : { 1, 2 })
-            QVERIFY2(details->header()->sectionSize(column) > metrics.horizontalAdvance("999 bytes "),
+        // Every column shows its texts whole, and the dialog shows every column.
+        auto *treeView = dialog->findChild<QTreeView *>("treeView");
+        QVERIFY(treeView);
+        QAbstractItemView *details = treeView;
+        QTRY_VERIFY(details->model()->rowCount(details->rootIndex()) == 2);
+        for (int column : { 1, 2, 3 })
+            QTRY_VERIFY2(treeView->header()->sectionSize(column) >= details->sizeHintForColumn(column),
                 qPrintable(QString::number(column)));
-        QVERIFY(dialog->width() >= details->header()->length());
+        QTRY_VERIFY(details->viewport()->width() >= treeView->header()->length());
         dialog->findChild<QLineEdit *>("fileNameEdit")->setText("q3config");
         QMetaObject::invokeMethod(dialog.get(), "accept", Qt::DirectConnection);
         QCOMPARE(dialog->result(), int(QDialog::Accepted));
-        QCOMPARE(dialog->selectedFiles().value(0), m_dir.filePath("q3config.cfg"));
+        QCOMPARE(dialog->selectedFiles().value(0), folder.filePath("q3config.cfg"));
     }
 
     void restoreDefaultsBringsBackSettingsNotKeys()
