@@ -14,12 +14,6 @@ using namespace FileAssociations;
 
 namespace {
 
-QByteArray readAll(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 // The side of a square PNG; -1 for anything else.
 int pngSide(const QByteArray &bytes)
 {
@@ -68,7 +62,7 @@ private Q_SLOTS:
     {
         QTemporaryDir home;
         QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.filePath("config")), "");
-        QXmlStreamReader xml(readAll(home.filePath("data/mime/packages/tarnwick.xml")));
+        QXmlStreamReader xml(readTestFile(home.filePath("data/mime/packages/tarnwick.xml")));
         QVERIFY(xml.readNextStartElement() && xml.name() == u"mime-info");
         QStringList found, icons { "apps/tarnwick" };
         while (xml.readNextStartElement()) {
@@ -97,24 +91,24 @@ private Q_SLOTS:
         // Every icon named is in the theme, drawn in every usual size; the desktop entry shows the program's.
         const QString theme = home.filePath("data/icons/hicolor/");
         for (const QString &icon : icons) {
-            QVERIFY2(readAll(theme + "scalable/" + icon + ".svg").contains("<svg"), qPrintable(icon));
+            QVERIFY2(readTestFile(theme + "scalable/" + icon + ".svg").contains("<svg"), qPrintable(icon));
             for (const int size : { 16, 32, 48, 64, 128, 256 })
-                QCOMPARE(pngSide(readAll(QStringLiteral("%1%2x%2/%3.png").arg(theme).arg(size).arg(icon))), size);
+                QCOMPARE(pngSide(readTestFile(QStringLiteral("%1%2x%2/%3.png").arg(theme).arg(size).arg(icon))), size);
         }
-        QVERIFY(readAll(home.filePath("data/applications/tarnwick.desktop")).contains("\nIcon=tarnwick\n"));
+        QVERIFY(readTestFile(home.filePath("data/applications/tarnwick.desktop")).contains("\nIcon=tarnwick\n"));
     }
 
     void desktopEntry()
     {
         // The Exec line: quoted, then escaped as a string value: a literal backslash takes four, a literal % two.
-        const std::pair<QString, QString> rows[] = { { "/opt/tarnwick", "\"/opt/tarnwick\" %f" },
-            { "/home/me/My Games/tarn wick", "\"/home/me/My Games/tarn wick\" %f" },
-            { "/opt/a$b`c\"d/100%", "\"/opt/a\\\\$b\\\\`c\\\\\"d/100%%\" %f" },
-            { "/opt/a\\b", "\"/opt/a\\\\\\\\b\" %f" } };
+        const std::pair<QString, QString> rows[]
+            = { { "/home/me/My Games/tarn wick", "\"/home/me/My Games/tarn wick\" %f" },
+                  { "/opt/a$b`c\"d/100%", "\"/opt/a\\\\$b\\\\`c\\\\\"d/100%%\" %f" },
+                  { "/opt/a\\b", "\"/opt/a\\\\\\\\b\" %f" } };
         for (const auto &[exePath, exec] : rows) {
             // The rows share one home: each rewrites the entry, the rest is there already.
             QCOMPARE(registerFreedesktop(exePath, m_home.filePath("data"), m_home.filePath("config")), "");
-            const QString text = QString::fromUtf8(readAll(m_home.filePath("data/applications/tarnwick.desktop")));
+            const QString text = QString::fromUtf8(readTestFile(m_home.filePath("data/applications/tarnwick.desktop")));
             const QStringList lines = text.split(u'\n');
             QVERIFY2(lines.first() == "[Desktop Entry]" && lines.contains("Exec=" + exec), qPrintable(text));
             // Only Tarnwick's own types: it is not offered for every text file, and no action leads back to it.
@@ -173,7 +167,7 @@ private Q_SLOTS:
         if (!system.isEmpty())
             writeTestFile(lists[1], system);
         QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.path(), lists), "");
-        QTEST(readAll(list), "after");
+        QTEST(readTestFile(list), "after");
 
         // A second registration writes nothing: every file keeps its bytes and its (back-dated) modification time.
         QStringList files { list };
@@ -185,11 +179,11 @@ private Q_SLOTS:
         for (const QString &path : files) {
             QFile file(path);
             QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(past, QFileDevice::FileModificationTime));
-            bytes.append(readAll(path));
+            bytes.append(readTestFile(path));
         }
         QCOMPARE(registerFreedesktop("/opt/tarnwick", home.filePath("data"), home.path(), lists), "");
         for (qsizetype i = 0; i < files.size(); ++i) {
-            QCOMPARE(readAll(files[i]), bytes[i]);
+            QCOMPARE(readTestFile(files[i]), bytes[i]);
             QCOMPARE(QFileInfo(files[i]).lastModified().toSecsSinceEpoch(), past.toSecsSinceEpoch());
         }
     }

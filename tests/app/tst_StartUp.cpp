@@ -51,7 +51,6 @@ private Q_SLOTS:
         row("renderer, window maximized", "gfx.RNR", "@", {}, int(Page::Renderer));
         row("open switch", "", "C:\\Program Files\\Tarnwick\\OPEN", { "Open" }, -1);
         row("missing cfg is tried", "", "@/gone.cfg", { "Tarnwick" }, -1);
-        row("missing hud is nothing", "", "@/gone.hud", {}, -1);
     }
     void commandLineRunsItsRequest()
     {

@@ -10,7 +10,7 @@ class tst_ConfigReader : public QObject
 
 private Q_SLOTS:
     // Start state: cg_fov 90, s_volume 1, r_gamma 1, sensitivity 9.0, handicap 100, rate 25000,
-    // r_texturebits 0, r_texturemode GL_LINEAR_MIPMAP_NEAREST, cg_drawtimer 0, cl_maxpackets 30.
+    // r_texturemode GL_LINEAR_MIPMAP_NEAREST, cg_drawtimer 0, cl_maxpackets 30.
     void valuesThroughRulesAndMappings_data()
     {
         QTest::addColumn<QByteArray>("line");
@@ -51,7 +51,6 @@ private Q_SLOTS:
         row("sensitivity not a number keeps", "seta sensitivity fast", "sensitivity", "9.0");
         row("handicap clamps", "seta handicap 0", "handicap", "1");
         // Check boxes: inverted boxes keep their meaning through a read and a write.
-        row("box above upper falls back", "seta cg_gibs 2", "cg_gibs", "1");
         row("inverted box", "seta cl_nodelta 1", "cl_nodelta", "1");
         row("box without rule clamps", "seta cg_drawtimer 5", "cg_drawtimer", "1");
         row("box upper only, negative clamps", "seta r_detailtextures -3", "r_detailtextures", "0");
@@ -62,7 +61,6 @@ private Q_SLOTS:
         row("rate item value", "seta rate 4000", "rate", "4000");
         row("rate without entry keeps", "seta rate 7777", "rate", "25000");
         row("colorbits 24 is 32-bit", "seta r_colorbits 24", "r_colorbits", "32");
-        row("texturebits 40 keeps", "seta r_texturebits 40", "r_texturebits", "0");
         row("texturemode any case", "seta r_texturemode gl_linear_mipmap_linear", "r_texturemode",
             "GL_LINEAR_MIPMAP_LINEAR");
         row("texturemode unknown keeps", "seta r_texturemode GL_FANCY", "r_texturemode", "GL_LINEAR_MIPMAP_NEAREST");

@@ -21,6 +21,7 @@ using MouseScript = QList<MouseStep>;
 constexpr QEvent::Type Press = QEvent::MouseButtonPress;
 constexpr QEvent::Type Move = QEvent::MouseMove;
 constexpr QEvent::Type Release = QEvent::MouseButtonRelease;
+constexpr Qt::MouseButton L = Qt::LeftButton, R = Qt::RightButton, M = Qt::MiddleButton;
 
 class PaintCounter : public QObject
 {
@@ -79,9 +80,6 @@ private Q_SLOTS:
         QTest::addColumn<MouseScript>("script");
         QTest::addColumn<QStringList>("emitted");
 
-        const auto L = Qt::LeftButton;
-        const auto R = Qt::RightButton;
-        const auto M = Qt::MiddleButton;
         const QPoint left(10, 10), right(100, 10), split(86, 10);
         const auto row = [](const char *tag, const MouseScript &script, const QStringList &emitted) {
             QTest::newRow(tag) << script << emitted;
@@ -119,7 +117,6 @@ private Q_SLOTS:
 
     void heldHalfFollowsPointer()
     {
-        const auto L = Qt::LeftButton;
         play({ { Press, L, { 100, 10 } } });
         QCOMPARE(m_keys->pressedHalf(), Keys::Half::Right);
         play({ { Move, L, { 40, 10 } } });
@@ -132,12 +129,11 @@ private Q_SLOTS:
 
     void disabledTakesNoMouse()
     {
-        const auto L = Qt::LeftButton;
         play({ { Press, L, { 10, 10 } } });
         m_keys->setEnabled(false);
         QCOMPARE(m_keys->pressedHalf(), Keys::Half::None);
         play({ { Release, L, { 10, 10 } }, { Press, L, { 10, 10 } }, { Release, L, { 10, 10 } },
-            { Press, Qt::RightButton, { 10, 10 } }, { Release, Qt::RightButton, { 10, 10 } } });
+            { Press, R, { 10, 10 } }, { Release, R, { 10, 10 } } });
         QCOMPARE(m_log, QStringList {});
     }
 
