@@ -41,6 +41,31 @@ private Q_SLOTS:
         QCOMPARE(GameFolder::executableIn(dir.path()), found.isEmpty() ? QString() : dir.filePath(found));
         QCOMPARE(GameFolder::isValid(dir.path()), !found.isEmpty());
     }
+
+    // Which installation the folder picker opens at, as installations appear in a home folder and on PATH.
+    void firstInstallation()
+    {
+        QTemporaryDir home;
+        const QDir dir(home.path());
+        qputenv("HOME", QFile::encodeName(home.path()));
+        qputenv("PATH", QFile::encodeName(dir.filePath("bin")));
+        qunsetenv("WINEPREFIX");
+        const auto install = [&dir](const QString &folder, const QString &program) {
+            QVERIFY(dir.mkpath(folder));
+            writeTestFile(dir.filePath(folder + u'/' + program), {});
+            QFile(dir.filePath(folder + u'/' + program)).setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+        };
+        install("Quake3e", "readme.txt");
+        QCOMPARE(GameFolder::firstInstallation(), QString());
+        install(".wine/drive_c/Program Files (x86)/Quake III Arena", "quake3.exe");
+        QCOMPARE(GameFolder::firstInstallation(), dir.filePath(".wine/drive_c/Program Files (x86)/Quake III Arena"));
+        install(".local/share/Steam/steamapps/common/Quake 3 Arena", "quake3.exe");
+        QCOMPARE(GameFolder::firstInstallation(), dir.filePath(".local/share/Steam/steamapps/common/Quake 3 Arena"));
+        // A program on PATH comes first, and the game lies where its link leads.
+        install("games/q3", "quake3e.x64");
+        QVERIFY(dir.mkpath("bin") && QFile::link("../games/q3/quake3e.x64", dir.filePath("bin/quake3e")));
+        QCOMPARE(GameFolder::firstInstallation(), dir.filePath("games/q3"));
+    }
 };
 
 QTEST_GUILESS_MAIN(tst_GameFolder)
