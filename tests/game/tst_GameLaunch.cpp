@@ -1,0 +1,106 @@
+// The timedemo list and the game's command line, from game, home and PATH folders built here.
+#include "GameLaunch.h"
+#include "TestFiles.h"
+#include "TestZip.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <QTest>
+
+class tst_GameLaunch : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void gameFolder_data()
+    {
+        QTest::addColumn<QStringList>("files"); // see make()
+        QTest::addColumn<QStringList>("listed"); // "NAME FILE" for each entry
+        QTest::addColumn<QStringList>("unreadable");
+        QTest::addColumn<QStringList>("command"); // the program and what goes before the game's parameters
+        const auto row
+            = [](const char *tag, const QStringList &files, const QStringList &listed, const QStringList &unreadable,
+                  const QStringList &command) { QTest::newRow(tag) << files << listed << unreadable << command; };
+        const QString demos = "game/baseq3/demos/";
+        const QString base = "game/baseq3/";
+        const QString home = "home/.q3a/baseq3/";
+        row("demo folder, then archives by name, in archive order; case makes two names, a name stays once",
+            { demos + "B.dm3", demos + "a.dm3", base + "Z.pk3:z1.dm3",
+                base + "a.pk3:demos/a2.dm3,maps/a1.dm3,A.dm3,a.dm3" },
+            { "a a.dm3", "B B.dm3", "a2 a2.dm3", "a1 a1.dm3", "A A.dm3", "z1 z1.dm3" }, {}, {});
+        row("extensions; only archives, links to archives too",
+            { demos + "intro.DM3", demos + "four.dm_68", demos + "x.dm_", demos + "y.dm4", demos + "z.dm_6a",
+                demos + ".dm3", demos + "sub/deep.dm3", base + "notes.dm3", base + "maps.zip:m.dm3",
+                "packs/l.pk3:l.dm3", base + "linked.pk3>../../packs/l.pk3", base + "folder.pk3>../../packs" },
+            { "four.dm_68 four.dm_68", "intro intro.dm3", "l l.dm3" }, {}, {});
+        row("unreadable archives skipped, each named once, when home is the game's baseq3",
+            { base + "bad.pk3!", base + "good.pk3:g.dm3", base + "worse.pk3!", "home/.q3a>../game" }, { "g g.dm3" },
+            { base + "bad.pk3", base + "worse.pk3" }, {});
+        row("home after the game", { home + "demos/h.dm_71", home + "p.pk3:g.dm3,p.dm3", base + "g.pk3:g.dm3" },
+            { "g g.dm3", "h.dm_71 h.dm_71", "p p.dm3" }, {}, {});
+        row("no baseq3, no list; a native engine first",
+            { "game/quake3.exe", "game/ioquake3*", "bin/wine*", home + "demos/h.dm3" }, {}, {}, { "game/ioquake3" });
+        row("Windows build through wine", { "game/quake3.exe", "game/ioquake3", "bin/wine*" }, {}, {},
+            { "bin/wine", "game/quake3.exe" });
+        row("no wine: the program found", { "game/quake3.exe", "game/ioquake3" }, {}, {}, { "game/quake3.exe" });
+    }
+
+    void gameFolder()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QStringList, listed);
+        QFETCH(QStringList, unreadable);
+        QFETCH(QStringList, command);
+        QTemporaryDir root;
+        make(root, files);
+        qputenv("HOME", QFile::encodeName(root.filePath("home")));
+        qputenv("PATH", QFile::encodeName(root.filePath("bin")));
+        const GameLaunch::DemoList list = GameLaunch::FillDemoList(root.filePath("game"));
+        QStringList got;
+        for (const GameLaunch::Demo &demo : list.demos)
+            got.append(demo.name + u' ' + demo.file);
+        QCOMPARE(got, listed);
+        QCOMPARE(list.unreadable, under(root, unreadable));
+
+        const QStringList parameters = GameLaunch::timedemoParameters({ "my demo", "my demo.dm3" });
+        const GameLaunch::StartRequest request = GameLaunch::gameStartRequest(root.filePath("game"), parameters);
+        const QStringList expected = under(root, command);
+        QCOMPARE(request.program, expected.value(0));
+        QCOMPARE(request.arguments, expected.mid(1) + parameters);
+        QCOMPARE(request.workingFolder, root.filePath("game"));
+    }
+
+private:
+    static QStringList under(const QTemporaryDir &root, QStringList paths)
+    {
+        for (QString &path : paths)
+            path = root.filePath(path);
+        return paths;
+    }
+
+    // Under `root`: "PATH" an empty file, "PATH*" a file that may run, "PATH>TARGET" a link,
+    // "PATH:E1,E2" an archive of those entries, "PATH!" a file that is no archive.
+    static void make(const QTemporaryDir &root, const QStringList &files)
+    {
+        for (const QString &spec : files) {
+            const QString path = root.filePath(spec.section(QRegularExpression("[>:!*]"), 0, 0));
+            QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+            if (spec.contains(u'>')) {
+                QVERIFY(QFile::link(spec.section(u'>', 1), path));
+            } else if (spec.contains(u':')) {
+                QList<TestZip::RawEntry> entries;
+                for (const QString &entry : spec.section(u':', 1).split(u','))
+                    entries.append({ entry.toUtf8(), "demo" });
+                writeTestFile(path, TestZip::zipBytes(entries));
+            } else {
+                writeTestFile(path, spec.endsWith(u'!') ? "not an archive" : "");
+            }
+            if (spec.endsWith(u'*'))
+                QFile(path).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+        }
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_GameLaunch)
+#include "tst_GameLaunch.moc"
