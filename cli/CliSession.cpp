@@ -4,6 +4,7 @@
 #include "ConfigReader.h"
 #include "ConfigWriter.h"
 #include "Defaults.h"
+#include "GameFolder.h"
 #include "PartialFiles.h"
 #include "SettingMapping.h"
 #include "cUnzip.h"
@@ -176,6 +177,9 @@ QString CliSession::usage()
         "                                           Exit status 3 when there are some\n"
         "  tarnwick-cli pk3 ARCHIVE                 list the files of the PK3 (zip) ARCHIVE, one a line:\n"
         "                                           FOLDER, tab, NAME, tab, E (encrypted) or -\n"
+        "  tarnwick-cli demos GAMEDIR               the timedemo list of the game in GAMEDIR, one name a line\n"
+        "  tarnwick-cli start GAMEDIR [DEMO]        what starting the game (a timedemo of DEMO) would run: the\n"
+        "                                           program, then each argument, one a line; nothing starts\n"
         "  tarnwick-cli script FILE                 run the commands of FILE (\"-\" = standard input), one a line:\n"
         "      open PATH            whole-file read\n"
         "      save PATH            whole-file write (Save As)\n"
@@ -240,6 +244,10 @@ int CliSession::run(const QStringList &args)
         return listArchive(args[1]);
     if (command == u"check" && count == 2)
         return check(args[1]);
+    if (command == u"demos" && count == 2)
+        return demos(args[1]);
+    if (command == u"start" && (count == 2 || count == 3))
+        return start(args[1], args.value(2));
     if (command == u"script" && count == 2) {
         QFile file;
         const bool opened = args[1] == u"-" ? file.open(stdin, QIODevice::ReadOnly)
@@ -439,6 +447,61 @@ int CliSession::listArchive(const QString &path)
         appendUtf8(bytes, e.entryName);
         bytes += e.entryEncrypted ? "\tE\n" : "\t-\n";
     }
+    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), m_out) != size_t(bytes.size()))
+        return fail(QStringLiteral("could not write to standard output"));
+    std::fflush(m_out);
+    return Success;
+}
+
+std::optional<GameLaunch::DemoList> CliSession::demoList(const QString &gameFolder)
+{
+    if (!GameFolder::isValid(gameFolder)) {
+        fail(QStringLiteral("\"%1\" holds no game program").arg(gameFolder));
+        return std::nullopt;
+    }
+    GameLaunch::DemoList list = GameLaunch::FillDemoList(gameFolder);
+    if (!list.unreadable.isEmpty()) // said, as the window says it, but the list stands
+        fail(QStringLiteral("skipped archives that cannot be read: \"%1\"")
+                 .arg(list.unreadable.join(QStringLiteral("\", \""))));
+    return list;
+}
+
+int CliSession::demos(const QString &gameFolder)
+{
+    const std::optional<GameLaunch::DemoList> list = demoList(gameFolder);
+    if (!list)
+        return Failure;
+    QStringList names;
+    for (const GameLaunch::Demo &demo : list->demos)
+        names.append(demo.name);
+    return writeLines(names);
+}
+
+int CliSession::start(const QString &gameFolder, const QString &demo)
+{
+    QStringList parameters;
+    if (demo.isNull()) {
+        if (!GameFolder::isValid(gameFolder))
+            return fail(QStringLiteral("\"%1\" holds no game program").arg(gameFolder));
+    } else {
+        const std::optional<GameLaunch::DemoList> list = demoList(gameFolder);
+        if (!list)
+            return Failure;
+        const auto found = std::find_if(list->demos.cbegin(), list->demos.cend(),
+            [&demo](const GameLaunch::Demo &listed) { return listed.name == demo; });
+        if (found == list->demos.cend())
+            return fail(QStringLiteral("\"%1\" is not in the timedemo list").arg(demo));
+        parameters = GameLaunch::timedemoParameters(*found);
+    }
+    const GameLaunch::StartRequest request = GameLaunch::gameStartRequest(gameFolder, parameters);
+    return writeLines(QStringList { request.program } + request.arguments);
+}
+
+int CliSession::writeLines(const QStringList &lines)
+{
+    QByteArray bytes;
+    for (const QString &line : lines)
+        bytes += line.toUtf8() + '\n';
     if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), m_out) != size_t(bytes.size()))
         return fail(QStringLiteral("could not write to standard output"));
     std::fflush(m_out);

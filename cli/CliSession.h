@@ -2,11 +2,13 @@
 #pragma once
 
 #include "ConfigDocument.h"
+#include "GameLaunch.h"
 
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <cstdio>
+#include <optional>
 
 class CliSession
 {
@@ -35,6 +37,10 @@ private:
     int print();
     int listArchive(const QString &path);
     int check(const QString &path);
+    int demos(const QString &gameFolder);
+    int start(const QString &gameFolder, const QString &demo);
+    std::optional<GameLaunch::DemoList> demoList(const QString &gameFolder);
+    int writeLines(const QStringList &lines);
 
     int fail(const QString &message);
     int usageError(const QString &message);

@@ -51,6 +51,7 @@ private Q_SLOTS:
             "tarnwick-cli: Can't read the archive \"missing.pk3\": No such file");
         row("check: missing file", { "check", "missing.cfg" }, 1, noBackup);
         row("check: two files", { "check", "a.cfg", "b.cfg" }, 2);
+        row("demos: no game", { "demos", "." }, 1, "tarnwick-cli: \".\" holds no game program");
     }
 
     void exitCodes()
@@ -128,6 +129,26 @@ private Q_SLOTS:
                        "mixed.cfg: 3 lines a save would not keep\n"));
         write("clean.cfg", "// only settings\nseta cg_fov 90\nbind w +forward\n");
         QCOMPARE(run({ "check", at("clean.cfg") }).code, 0);
+    }
+
+    // The timedemo list and the game's command line, printed, with a broken archive said and skipped.
+    void demosAndStart()
+    {
+        QVERIFY(QDir(m_dir.path()).mkpath("q3/baseq3/demos"));
+        write("q3/ioquake3", {});
+        write("q3/baseq3/demos/intro.DM3", {});
+        write("q3/baseq3/pak0.pk3", TestZip::zipBytes({ { "demos/four.dm_68" }, { "demos/intro.dm3" } }));
+        write("q3/baseq3/zz.pk3", "no archive");
+        qputenv("HOME", QFile::encodeName(m_dir.path()));
+        const Result list = run({ "demos", at("q3") });
+        QCOMPARE(list.out, QByteArray("intro\nfour.dm_68\n"));
+        QCOMPARE(list.err,
+            "tarnwick-cli: skipped archives that cannot be read: \"" + at("q3/baseq3/zz.pk3").toUtf8() + "\"\n");
+        QCOMPARE(list.code, 0);
+        const QByteArray engine = at("q3/ioquake3").toUtf8() + '\n';
+        QCOMPARE(run({ "start", at("q3") }).out, engine);
+        QCOMPARE(run({ "start", at("q3"), "intro" }).out, engine + "+timedemo\n1\n+demo\nintro.dm3\n");
+        QCOMPARE(run({ "start", at("q3"), "Intro" }).code, 1);
     }
 
     void topLevelCommands()
