@@ -83,20 +83,20 @@ private:
     // "PATH:E1,E2" an archive of those entries, "PATH!" a file that is no archive.
     static void make(const QTemporaryDir &root, const QStringList &files)
     {
-        for (const QString &spec : files) {
-            const QString path = root.filePath(spec.section(QRegularExpression("[>:!*]"), 0, 0));
+        for (const QString &item : files) {
+            const QString path = root.filePath(item.section(QRegularExpression("[>:!*]"), 0, 0));
             QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-            if (spec.contains(u'>')) {
-                QVERIFY(QFile::link(spec.section(u'>', 1), path));
-            } else if (spec.contains(u':')) {
+            if (item.contains(u'>')) {
+                QVERIFY(QFile::link(item.section(u'>', 1), path));
+            } else if (item.contains(u':')) {
                 QList<TestZip::RawEntry> entries;
-                for (const QString &entry : spec.section(u':', 1).split(u','))
+                for (const QString &entry : item.section(u':', 1).split(u','))
                     entries.append({ entry.toUtf8(), "demo" });
                 writeTestFile(path, TestZip::zipBytes(entries));
             } else {
-                writeTestFile(path, spec.endsWith(u'!') ? "not an archive" : "");
+                writeTestFile(path, item.endsWith(u'!') ? "not an archive" : "");
             }
-            if (spec.endsWith(u'*'))
+            if (item.endsWith(u'*'))
                 QFile(path).setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
         }
     }
