@@ -9,7 +9,9 @@ bool LocateGameFolder(QWidget *owner, const QString &problem, QString &folder)
         return true;
     const Prompts::CommandsOff off;
     for (;;) {
-        const QString chosen = Prompts::folderName(owner, QStringLiteral("Select Quake III Arena Folder"), QString());
+        // The picker opens at the first installation found where the game usually is; the user still confirms.
+        const QString chosen = Prompts::folderName(
+            owner, QStringLiteral("Select Quake III Arena Folder"), GameFolder::firstInstallation());
         if (chosen.isEmpty() || Prompts::exitPending())
             return false;
         if (GameFolder::isValid(chosen)) {

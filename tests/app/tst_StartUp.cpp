@@ -139,6 +139,21 @@ private Q_SLOTS:
         QCOMPARE(folder, gameFolder(result));
     }
 
+    void pickerOpensAtAnInstallationFound()
+    {
+        // An engine in ~/ioquake3: the picker starts there, and the user still confirms it.
+        QTemporaryDir home;
+        QDir(home.path()).mkpath("ioquake3");
+        writeTestFile(home.filePath("ioquake3/ioquake3.x86_64"), "");
+        const QByteArray oldHome = qgetenv("HOME");
+        qputenv("HOME", home.path().toLocal8Bit());
+        QString folder = gameFolder("none");
+        Prompts::setNextAnswers({ QString() });
+        QVERIFY(!LocateGameFolder(m_window, QStringLiteral("can not locate Quake3.exe"), folder));
+        qputenv("HOME", oldHome);
+        QCOMPARE(Prompts::takeShown().value(0).folder, home.filePath("ioquake3"));
+    }
+
     void optionsDialog()
     {
         settings().setGameFolder("/games/old");
