@@ -30,6 +30,9 @@ public:
     /// The game folder: "" until the settings or the user name one.
     QString gameFolder() const { return m_settings.q3dir; }
     void setGameFolder(const QString &folder) { m_settings.q3dir = folder; }
+    /// The game folder itself, for a window that looks for the game on its own (LocateGameFolder stores the
+    /// folder chosen there).
+    QString &gameFolderSetting() { return m_settings.q3dir; }
     /// Makes sure the game folder holds the game, asking over `owner` while it does not (see LocateGameFolder).
     bool locateGameFolder(QWidget *owner, const QString &problem);
     bool gradient() const { return m_settings.gradient == 1; }

@@ -6,6 +6,7 @@
 #include "ControlPage.h"
 #include "Defaults.h"
 #include "DocumentCommands.h"
+#include "GameCommands.h"
 #include "HoverButton.h"
 #include "LeftBar.h"
 #include "MemoryPanel.h"
@@ -94,6 +95,7 @@ frmMain::frmMain(QWidget *parent)
     m_settings = std::make_unique<WindowSettings>(*this, *m_commands);
     m_commandLine = new CommandLineRouter(*this, m_gate, *m_documentCommands, *m_commands, this);
     m_commands->setHandler(QStringLiteral("Options1"), [this] { m_settings->showOptions(); });
+    new GameCommands(*this, m_gate, *m_settings, *m_commands, this); // the window owns it
     m_gate.setActiveDialogWindow(this);
     m_gate.setHotKeysEnabled(true);
 
