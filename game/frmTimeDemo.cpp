@@ -6,8 +6,8 @@
 
 #include <QApplication>
 #include <QCheckBox>
-#include <QDialogButtonBox>
 #include <QDir>
+#include <QHBoxLayout>
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -42,21 +42,24 @@ frmTimeDemo::frmTimeDemo(QString &gameFolder, QWidget *parent)
     m_start->setObjectName(QStringLiteral("cmdStart"));
     m_start->setDefault(true);
 
-    auto *buttons = new QDialogButtonBox;
-    QPushButton *refresh = buttons->addButton(QStringLiteral("Refresh"), QDialogButtonBox::ResetRole);
+    auto *refresh = new QPushButton(QStringLiteral("Refresh"));
     refresh->setObjectName(QStringLiteral("cmdRefresh"));
-    buttons->addButton(QStringLiteral("Cancel"), QDialogButtonBox::RejectRole)
-        ->setObjectName(QStringLiteral("cmdCancel"));
-    buttons->addButton(m_start, QDialogButtonBox::ActionRole);
+    auto *cancel = new QPushButton(QStringLiteral("Cancel"));
+    cancel->setObjectName(QStringLiteral("cmdCancel"));
     connect(refresh, &QPushButton::clicked, this, &frmTimeDemo::FillDemoList);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_start, &QPushButton::clicked, this, &frmTimeDemo::start);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(refresh);
+    buttons->addStretch();
+    buttons->addWidget(cancel);
+    buttons->addWidget(m_start);
 
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(m_list);
     layout->addWidget(m_loop);
     layout->addWidget(m_exit);
-    layout->addWidget(buttons);
+    layout->addLayout(buttons);
     resize(360, 320);
 }
 
