@@ -123,6 +123,10 @@ private Q_SLOTS:
             Prompts::setNextAnswers({ QMessageBox::No });
             find<QCheckBox>(dialog, "chkExit")->setChecked(true);
             start->click();
+            const bool closed = !dialog->isVisible(); // the program closed, and the dialog with it
+            if (!closed)
+                qobject_cast<QDialog *>(dialog)->reject();
+            QVERIFY(closed);
         });
         m_window->commands().run("TDemo1");
         const QStringList shown = textsShown();
