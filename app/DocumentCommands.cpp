@@ -8,13 +8,13 @@
 #include "PartialFiles.h"
 #include "Prompts.h"
 #include "ShellWindow.h"
+#include "WaitCursor.h"
 #include "frmLoad.h"
 #include "frmNew.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <QGuiApplication>
 #include <QLocale>
 
 namespace {
@@ -115,12 +115,9 @@ bool DocumentCommands::readWhileSplashShows(const QString &path, QString *error,
     if (!m_load)
         m_load = new frmLoad(m_shell.widget());
     bool read = false;
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-    {
-        const Prompts::CommandsOff off;
-        m_load->runModal(true, [&] { read = ReadCfgFile(m_doc, path, FileScope::Whole, error, dropped); });
-    }
-    QGuiApplication::restoreOverrideCursor();
+    const WaitCursor busy;
+    const Prompts::CommandsOff off;
+    m_load->runModal(true, [&] { read = ReadCfgFile(m_doc, path, FileScope::Whole, error, dropped); });
     return read;
 }
 
@@ -213,10 +210,11 @@ bool DocumentCommands::ExportFile(QString path, PartialKind kind)
         if (path.isEmpty())
             return false;
     }
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     QString error;
-    const bool written = ::ExportFile(m_doc, path, kind, &error);
-    QGuiApplication::restoreOverrideCursor();
+    const bool written = [&] {
+        const WaitCursor busy;
+        return ::ExportFile(m_doc, path, kind, &error);
+    }();
     if (!written)
         Prompts::reportError(m_shell.widget(), QStringLiteral("Save Config File"), 75, error);
     return written;
@@ -230,10 +228,11 @@ bool DocumentCommands::ImportFile(QString path, PartialKind kind)
         if (path.isEmpty())
             return false;
     }
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     QString error;
-    const bool read = ::ImportFile(m_doc, path, kind, &error);
-    QGuiApplication::restoreOverrideCursor();
+    const bool read = [&] {
+        const WaitCursor busy;
+        return ::ImportFile(m_doc, path, kind, &error);
+    }();
     if (!read) {
         Prompts::ask(m_shell.widget(), Prompts::programTitle(), error, QMessageBox::Ok, QMessageBox::Critical);
         return false;

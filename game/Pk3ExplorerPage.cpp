@@ -2,10 +2,10 @@
 
 #include "FileIcons.h"
 #include "Prompts.h"
+#include "WaitCursor.h"
 
 #include <QAbstractTableModel>
 #include <QDir>
-#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHash>
 #include <QHeaderView>
@@ -18,16 +18,6 @@
 namespace {
 
 const QString pageTitle = QStringLiteral("PK3 Explorer");
-
-// The list of a big archive takes a moment to read and to sort.
-class WaitCursor
-{
-public:
-    WaitCursor() { QGuiApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~WaitCursor() { QGuiApplication::restoreOverrideCursor(); }
-    WaitCursor(const WaitCursor &) = delete;
-    WaitCursor &operator=(const WaitCursor &) = delete;
-};
 
 struct Entry
 {

@@ -3,6 +3,7 @@
 #include "GameFolder.h"
 #include "LocateGameFolder.h"
 #include "Prompts.h"
+#include "WaitCursor.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -11,20 +12,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QVBoxLayout>
-
-namespace {
-
-// The busy pointer while the demos are collected.
-class BusyPointer
-{
-public:
-    BusyPointer() { QApplication::setOverrideCursor(Qt::WaitCursor); }
-    ~BusyPointer() { QApplication::restoreOverrideCursor(); }
-    BusyPointer(const BusyPointer &) = delete;
-    BusyPointer &operator=(const BusyPointer &) = delete;
-};
-
-} // namespace
 
 frmTimeDemo::frmTimeDemo(QString &gameFolder, QWidget *parent)
     : QDialog(parent)
@@ -82,7 +69,7 @@ void frmTimeDemo::FillDemoList()
     showDemos({});
     GameLaunch::DemoList found;
     {
-        const BusyPointer busy;
+        const WaitCursor busy;
         // A scan of many archives takes a while: the window keeps showing what it is.
         found = GameLaunch::FillDemoList(m_gameFolder, [this] { repaint(); });
     }
