@@ -5,7 +5,6 @@
 #include "Prompts.h"
 #include "WaitCursor.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QDir>
 #include <QHBoxLayout>
