@@ -67,18 +67,16 @@ public:
         : m_betweenArchives(betweenArchives)
     { }
 
-    // The loose demos, then the archives' demos, each folder in name order without regard to case, so every
-    // platform lists alike; links to archives count, since packaged games link their PK3s into the folder.
+    // The loose demos, then the archives' demos, each folder in name order without regard to case.
     void collect(const QString &dataFolder)
     {
         const QDir::Filters files = QDir::Files | QDir::Hidden;
         const QDir::SortFlags byName = QDir::Name | QDir::IgnoreCase;
         for (const QString &name : QDir(dataFolder + QStringLiteral("/demos")).entryList(files, byName))
             add(name);
-        const QDir data(dataFolder);
-        for (const QString &name : data.entryList({ QStringLiteral("*.pk3") }, files, byName)) {
+        for (const QString &path : GameLaunch::archivesIn(dataFolder)) {
             cUnzip archive;
-            archive.setZipFile(data.filePath(name));
+            archive.setZipFile(path);
             if (archive.Directory()) {
                 for (int i = 1; i <= archive.FileCount(); ++i)
                     add(archive.Filename(i));
@@ -142,16 +140,34 @@ QString homeDataFolder()
     return QDir::homePath() + QStringLiteral("/.q3a/baseq3");
 }
 
+QStringList dataFolders(const QString &gameFolder)
+{
+    const QFileInfo data(GameFolder::dataFolder(gameFolder));
+    if (!data.isDir())
+        return {};
+    const QFileInfo home(homeDataFolder());
+    if (home.isDir() && home.canonicalFilePath() != data.canonicalFilePath())
+        return { data.filePath(), home.filePath() };
+    return { data.filePath() };
+}
+
+QStringList archivesIn(const QString &folder)
+{
+    // Name order without regard to case, so every platform lists alike; links to archives count, since
+    // packaged games link their PK3s into the folder.
+    const QDir dir(folder);
+    QStringList paths;
+    for (const QString &name :
+        dir.entryList({ QStringLiteral("*.pk3") }, QDir::Files | QDir::Hidden, QDir::Name | QDir::IgnoreCase))
+        paths.append(dir.filePath(name));
+    return paths;
+}
+
 DemoList FillDemoList(const QString &gameFolder, const std::function<void()> &betweenArchives)
 {
     Collector collector(betweenArchives);
-    const QFileInfo data(GameFolder::dataFolder(gameFolder));
-    if (!data.isDir())
-        return collector.take();
-    collector.collect(data.filePath());
-    const QFileInfo home(homeDataFolder());
-    if (home.isDir() && home.canonicalFilePath() != data.canonicalFilePath())
-        collector.collect(home.filePath());
+    for (const QString &folder : dataFolders(gameFolder))
+        collector.collect(folder);
     return collector.take();
 }
 

@@ -42,6 +42,12 @@ struct DemoList
 
 /// The game's home data folder, where current engines keep recorded demos and downloaded archives.
 QString homeDataFolder(); // ~/.q3a/baseq3
+/// The folders a scan of the game's data reads: its baseq3, then the home data folder when it exists and is
+/// not that baseq3. Empty without a baseq3 folder.
+QStringList dataFolders(const QString &gameFolder);
+/// The PK3 archives directly in `folder` (links to archives count, links to folders don't), full paths, in
+/// name order without regard to case.
+QStringList archivesIn(const QString &folder);
 /// Collects the demos: the files of baseq3/demos, then the entries of baseq3's PK3 archives (links to archives
 /// count) in name order without regard to case; files ending in ".dm3" (any case) or ".dm_" and digits. Then
 /// the same from the home data folder when it exists and is not the game's baseq3. Each name once (exact
