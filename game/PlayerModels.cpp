@@ -1,0 +1,163 @@
+#include "PlayerModels.h"
+
+#include "GameLaunch.h"
+#include "cUnzip.h"
+
+#include <QDir>
+#include <QHash>
+
+#include <algorithm>
+
+namespace {
+
+using PlayerModels::Model;
+using PlayerModels::ModelTree;
+using PlayerModels::Skin;
+
+QString asciiUpper(const QString &text)
+{
+    QString upper = text;
+    for (QChar &c : upper) {
+        if (c >= u'a' && c <= u'z')
+            c = QChar(c.unicode() - 'a' + 'A');
+    }
+    return upper;
+}
+
+bool lessByLabel(const QString &a, const QString &b)
+{
+    return QString::compare(a, b, Qt::CaseInsensitive) < 0;
+}
+
+// The skin an icon's file name names: "icon_" and the last four characters (".tga") taken off; empty when
+// the name is no icon or holds no skin.
+QString skinOf(const QString &fileName)
+{
+    if (fileName.size() <= 9 || !fileName.startsWith(QStringLiteral("icon_"), Qt::CaseInsensitive))
+        return {};
+    return fileName.mid(5, fileName.size() - 9);
+}
+
+class Collector
+{
+public:
+    // Folders in name order without regard to case, links to folders left alone: a link can loop.
+    static QStringList subfolders(const QString &folder, const QString &name = {})
+    {
+        QStringList paths;
+        const QDir dir(folder);
+        for (const QString &sub : dir.entryList(
+                 QDir::Dirs | QDir::NoDotAndDotDot | QDir::NoSymLinks | QDir::Hidden, QDir::Name | QDir::IgnoreCase)) {
+            if (name.isEmpty() || sub.compare(name, Qt::CaseInsensitive) == 0)
+                paths.append(dir.filePath(sub));
+        }
+        return paths;
+    }
+
+    void collect(const QString &dataFolder, const std::function<void()> &betweenArchives)
+    {
+        for (const QString &models : subfolders(dataFolder, QStringLiteral("models"))) {
+            for (const QString &players : subfolders(models, QStringLiteral("players"))) {
+                for (const QString &model : subfolders(players)) {
+                    const QDir dir(model);
+                    const QStringList icons = dir.entryList(
+                        { QStringLiteral("icon_*.tga") }, QDir::Files | QDir::Hidden, QDir::Name | QDir::IgnoreCase);
+                    for (const QString &icon : icons)
+                        add(dir.dirName(), skinOf(icon), { {}, dir.filePath(icon), {} });
+                }
+            }
+        }
+        for (const QString &path : GameLaunch::archivesIn(dataFolder)) {
+            m_archive.setZipFile(path);
+            if (m_archive.Directory()) {
+                for (int i = 1; i <= m_archive.FileCount(); ++i)
+                    addEntry(i);
+            } else {
+                m_tree.unreadable.append(path);
+            }
+            if (betweenArchives)
+                betweenArchives();
+        }
+    }
+
+    ModelTree take()
+    {
+        std::stable_sort(m_tree.models.begin(), m_tree.models.end(),
+            [](const Model &a, const Model &b) { return lessByLabel(a.label, b.label); });
+        for (Model &model : m_tree.models) {
+            std::stable_sort(model.skins.begin(), model.skins.end(),
+                [](const Skin &a, const Skin &b) { return lessByLabel(a.label, b.label); });
+        }
+        return std::move(m_tree);
+    }
+
+private:
+    // Only an icon right in a model's folder: models/players/MODEL/icon_SKIN.*
+    void addEntry(int i)
+    {
+        static const QString players = QStringLiteral("models\\players\\");
+        const QString folder = m_archive.FileDirectory(i);
+        const QString model = folder.mid(players.size());
+        if (!folder.startsWith(players, Qt::CaseInsensitive) || model.isEmpty() || model.contains(u'\\'))
+            return;
+        const QString name = m_archive.Filename(i);
+        add(model, skinOf(name), { {}, QString(folder).replace(u'\\', u'/') + u'/' + name, m_archive.ZipFile() });
+    }
+
+    void add(const QString &model, const QString &skin, Skin found)
+    {
+        if (skin.isEmpty())
+            return;
+        const QString modelKey = asciiUpper(model);
+        auto at = m_models.find(modelKey);
+        if (at == m_models.end()) {
+            at = m_models.insert(modelKey, int(m_tree.models.size()));
+            m_tree.models.append({ PlayerModels::wordCapitalised(model), {} });
+        }
+        const QString skinKey = modelKey + u'/' + asciiUpper(skin);
+        if (m_skins.contains(skinKey))
+            return;
+        m_skins.insert(skinKey, true);
+        found.label = PlayerModels::wordCapitalised(skin);
+        m_tree.models[*at].skins.append(found);
+    }
+
+    cUnzip m_archive; // one reader for the whole scan
+    ModelTree m_tree;
+    QHash<QString, int> m_models; // upper-cased name: index in m_tree.models
+    QHash<QString, bool> m_skins; // upper-cased "MODEL/SKIN"
+};
+
+} // namespace
+
+namespace PlayerModels {
+
+QString wordCapitalised(const QString &name)
+{
+    QString label = name;
+    bool wordStart = true;
+    for (QChar &c : label) {
+        const char16_t u = c.unicode();
+        if (wordStart && u >= u'a' && u <= u'z')
+            c = QChar(u - u'a' + u'A');
+        else if (!wordStart && u >= u'A' && u <= u'Z')
+            c = QChar(u - u'A' + u'a');
+        wordStart = u == u' ';
+    }
+    return label;
+}
+
+QString modelValue(const Model &model, const Skin *skin)
+{
+    return (skin ? model.label + u'/' + skin->label : model.label).toLower();
+}
+
+ModelTree ScanPlayerModels(const QString &gameFolder, const std::function<void()> &betweenArchives)
+{
+    Collector collector;
+    for (const QString &folder : GameLaunch::dataFolders(gameFolder))
+        collector.collect(folder, betweenArchives);
+    return collector.take();
+}
+
+} // namespace PlayerModels
