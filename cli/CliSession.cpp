@@ -6,6 +6,7 @@
 #include "Defaults.h"
 #include "GameFolder.h"
 #include "PartialFiles.h"
+#include "PlayerModels.h"
 #include "SettingMapping.h"
 #include "cUnzip.h"
 
@@ -178,6 +179,8 @@ QString CliSession::usage()
         "  tarnwick-cli pk3 ARCHIVE                 list the files of the PK3 (zip) ARCHIVE, one a line:\n"
         "                                           FOLDER, tab, NAME, tab, E (encrypted) or -\n"
         "  tarnwick-cli demos GAMEDIR               the timedemo list of the game in GAMEDIR, one name a line\n"
+        "  tarnwick-cli models GAMEDIR              the player models of the game in GAMEDIR: a line MODEL for each,\n"
+        "                                           then MODEL/SKIN for each of its skins\n"
         "  tarnwick-cli start GAMEDIR [DEMO]        what starting the game (a timedemo of DEMO) would run: the\n"
         "                                           program, then each argument, one a line; nothing starts\n"
         "  tarnwick-cli script FILE                 run the commands of FILE (\"-\" = standard input), one a line:\n"
@@ -246,6 +249,8 @@ int CliSession::run(const QStringList &args)
         return check(args[1]);
     if (command == u"demos" && count == 2)
         return demos(args[1]);
+    if (command == u"models" && count == 2)
+        return models(args[1]);
     if (command == u"start" && (count == 2 || count == 3))
         return start(args[1], args.value(2));
     if (command == u"script" && count == 2) {
@@ -453,6 +458,11 @@ int CliSession::listArchive(const QString &path)
     return Success;
 }
 
+QString CliSession::skippedArchives(const QStringList &paths)
+{
+    return QStringLiteral("skipped archives that cannot be read: \"%1\"").arg(paths.join(QStringLiteral("\", \"")));
+}
+
 std::optional<GameLaunch::DemoList> CliSession::demoList(const QString &gameFolder)
 {
     if (!GameFolder::isValid(gameFolder)) {
@@ -461,8 +471,7 @@ std::optional<GameLaunch::DemoList> CliSession::demoList(const QString &gameFold
     }
     GameLaunch::DemoList list = GameLaunch::FillDemoList(gameFolder);
     if (!list.unreadable.isEmpty()) // said, as the window says it, but the list stands
-        fail(QStringLiteral("skipped archives that cannot be read: \"%1\"")
-                 .arg(list.unreadable.join(QStringLiteral("\", \""))));
+        fail(skippedArchives(list.unreadable));
     return list;
 }
 
@@ -475,6 +484,22 @@ int CliSession::demos(const QString &gameFolder)
     for (const GameLaunch::Demo &demo : list->demos)
         names.append(demo.name);
     return writeLines(names);
+}
+
+int CliSession::models(const QString &gameFolder)
+{
+    if (!GameFolder::isValid(gameFolder))
+        return fail(QStringLiteral("\"%1\" holds no game program").arg(gameFolder));
+    const PlayerModels::ModelTree tree = PlayerModels::ScanPlayerModels(gameFolder);
+    if (!tree.unreadable.isEmpty()) // said, as the window says it, but the list stands
+        fail(skippedArchives(tree.unreadable));
+    QStringList lines;
+    for (const PlayerModels::Model &model : tree.models) {
+        lines.append(model.label);
+        for (const PlayerModels::Skin &skin : model.skins)
+            lines.append(model.label + u'/' + skin.label);
+    }
+    return writeLines(lines);
 }
 
 int CliSession::start(const QString &gameFolder, const QString &demo)

@@ -38,6 +38,8 @@ private:
     int listArchive(const QString &path);
     int check(const QString &path);
     int demos(const QString &gameFolder);
+    int models(const QString &gameFolder);
+    static QString skippedArchives(const QStringList &paths);
     int start(const QString &gameFolder, const QString &demo);
     std::optional<GameLaunch::DemoList> demoList(const QString &gameFolder);
     int writeLines(const QStringList &lines);

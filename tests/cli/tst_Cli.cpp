@@ -52,6 +52,7 @@ private Q_SLOTS:
         row("check: missing file", { "check", "missing.cfg" }, 1, noBackup);
         row("check: two files", { "check", "a.cfg", "b.cfg" }, 2);
         row("demos: no game", { "demos", "." }, 1, "tarnwick-cli: \".\" holds no game program");
+        row("models: no game", { "models", "." }, 1, "tarnwick-cli: \".\" holds no game program");
     }
 
     void exitCodes()
@@ -131,13 +132,17 @@ private Q_SLOTS:
         QCOMPARE(run({ "check", at("clean.cfg") }).code, 0);
     }
 
-    // The timedemo list and the game's command line, printed, with a broken archive said and skipped.
+    // The timedemo list, the player models and the game's command line, printed, with a broken archive said
+    // and skipped.
     void demosAndStart()
     {
-        QVERIFY(QDir(m_dir.path()).mkpath("q3/baseq3/demos"));
+        QVERIFY(
+            QDir(m_dir.path()).mkpath("q3/baseq3/demos") && QDir(m_dir.path()).mkpath("q3/baseq3/models/players/x"));
+        write("q3/baseq3/models/players/x/icon_red.tga", {});
         write("q3/ioquake3", {});
         write("q3/baseq3/demos/intro.DM3", {});
-        write("q3/baseq3/pak0.pk3", TestZip::zipBytes({ { "demos/four.dm_68" }, { "demos/intro.dm3" } }));
+        write("q3/baseq3/pak0.pk3",
+            TestZip::zipBytes({ { "demos/four.dm_68" }, { "demos/intro.dm3" }, { "models/players/X/icon_blue.jpg" } }));
         write("q3/baseq3/zz.pk3", "no archive");
         qputenv("HOME", QFile::encodeName(m_dir.path()));
         const Result list = run({ "demos", at("q3") });
@@ -145,6 +150,10 @@ private Q_SLOTS:
         QCOMPARE(list.err,
             "tarnwick-cli: skipped archives that cannot be read: \"" + at("q3/baseq3/zz.pk3").toUtf8() + "\"\n");
         QCOMPARE(list.code, 0);
+        const Result models = run({ "models", at("q3") });
+        QCOMPARE(models.out, QByteArray("X\nX/Blue\nX/Red\n"));
+        QCOMPARE(models.err, list.err);
+        QCOMPARE(models.code, 0);
         const QByteArray engine = at("q3/ioquake3").toUtf8() + '\n';
         QCOMPARE(run({ "start", at("q3") }).out, engine);
         QCOMPARE(run({ "start", at("q3"), "intro" }).out, engine + "+timedemo\n1\n+demo\nintro.dm3\n");
