@@ -87,7 +87,6 @@ private Q_SLOTS:
         row("grey 16-bit", tga(3, 16, 0, QByteArray(8, 'x')));
         row("no width", tga(2, 24, 0, {}).replace(12, 2, QByteArray(2, '\0')));
         row("huge, short run-length data", tga(10, 24, 0, "\xff" + red).replace(12, 4, "\xff\xff\xff\xff"));
-        row("header alone cut short", tga(2, 24, 0, {}).left(17));
         row("a packet running past the picture ends with it", tga(10, 24, 0, "\x82" + red + "\x01" + blue),
             { R, B, R, R });
     }
