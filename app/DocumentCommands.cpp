@@ -100,9 +100,7 @@ QString DocumentCommands::droppedLinesWarning(const DroppedLines &dropped, const
     const QString first = what.arg(examples, QLocale().toString(dropped.count));
     const QString name = QFileInfo(path).fileName();
     const QString original = path + QStringLiteral(".orig");
-    QFile file(path);
-    const bool ours = file.open(QIODevice::ReadOnly) && ConfigReader::writtenByTarnwick(file.read(64));
-    if (ours)
+    if (dropped.writtenByTarnwick)
         return first + QStringLiteral(" A save does not write them back.");
     if (QFileInfo::exists(original))
         return first

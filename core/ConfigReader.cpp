@@ -269,6 +269,7 @@ bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QStr
     if (file.error() != QFileDevice::NoError)
         return fail();
     file.close();
+    const bool ours = ConfigReader::writtenByTarnwick(bytes);
 
     // The working copy lives in a fresh temporary folder, so read-only game folders still read.
     QTemporaryDir folder;
@@ -293,8 +294,10 @@ bool ReadCfgFile(ConfigDocument &doc, const QString &path, FileScope scope, QStr
     copy.remove();
 
     ConfigReader::applyWorkingCopy(doc, content, scope);
-    if (dropped && scope == FileScope::Whole)
+    if (dropped && scope == FileScope::Whole) {
         *dropped = ConfigReader::droppedLines(content, dropped->examples);
+        dropped->writtenByTarnwick = ours;
+    }
     return true;
 }
 

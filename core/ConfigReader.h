@@ -19,6 +19,8 @@ struct DroppedLines
     QList<std::pair<qsizetype, QByteArray>> lines;
     /// Their first words ("exec", "vstr" ...), each once, three at most.
     QStringList commands;
+    /// Whether the file begins with the line the writer puts first.
+    bool writtenByTarnwick = false;
 };
 
 namespace ConfigReader {

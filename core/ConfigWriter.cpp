@@ -101,11 +101,14 @@ bool KeepOriginal(const QString &path, QString *keptAs, QString *error)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return fail(QStringLiteral("Can't read \"%1\" to keep a copy of it: %2").arg(path, file.errorString()));
-    const QByteArray bytes = file.readAll();
+    // A file Tarnwick wrote is known by its first line: every save after the first reads no more of it.
+    QByteArray bytes = file.read(ConfigWriter::header().size() + 2);
+    if (ConfigReader::writtenByTarnwick(bytes))
+        return true;
+    bytes += file.readAll();
     if (file.error() != QFileDevice::NoError)
         return fail(QStringLiteral("Can't read \"%1\" to keep a copy of it: %2").arg(path, file.errorString()));
-    if (ConfigReader::writtenByTarnwick(bytes)
-        || ConfigReader::droppedLines(ConfigReader::workingCopy(bytes), 0).count == 0)
+    if (ConfigReader::droppedLines(ConfigReader::workingCopy(bytes), 0).count == 0)
         return true;
     const QString original = path + QStringLiteral(".orig");
     if (QFileInfo::exists(original) || QFileInfo(original).isSymLink())
