@@ -179,8 +179,10 @@ QString CliSession::usage()
         "  tarnwick-cli pk3 ARCHIVE                 list the files of the PK3 (zip) ARCHIVE, one a line:\n"
         "                                           FOLDER, tab, NAME, tab, E (encrypted) or -\n"
         "  tarnwick-cli demos GAMEDIR               the timedemo list of the game in GAMEDIR, one name a line\n"
-        "  tarnwick-cli models GAMEDIR              the player models of the game in GAMEDIR: a line MODEL for each,\n"
-        "                                           then MODEL/SKIN for each of its skins\n"
+        "  tarnwick-cli models [--icons] GAMEDIR    the player models of the game in GAMEDIR: a line MODEL for each,\n"
+        "                                           then MODEL/SKIN for each of its skins; with --icons each skin's\n"
+        "                                           line ends in a tab and its icon's WIDTHxHEIGHT, or \"no picture\"\n"
+        "                                           (exit status 3 when any icon is no picture)\n"
         "  tarnwick-cli start GAMEDIR [DEMO]        what starting the game (a timedemo of DEMO) would run: the\n"
         "                                           program, then each argument, one a line; nothing starts\n"
         "  tarnwick-cli script FILE                 run the commands of FILE (\"-\" = standard input), one a line:\n"
@@ -250,7 +252,9 @@ int CliSession::run(const QStringList &args)
     if (command == u"demos" && count == 2)
         return demos(args[1]);
     if (command == u"models" && count == 2)
-        return models(args[1]);
+        return models(args[1], false);
+    if (command == u"models" && count == 3 && args[1] == u"--icons")
+        return models(args[2], true);
     if (command == u"start" && (count == 2 || count == 3))
         return start(args[1], args.value(2));
     if (command == u"script" && count == 2) {
@@ -486,7 +490,7 @@ int CliSession::demos(const QString &gameFolder)
     return writeLines(names);
 }
 
-int CliSession::models(const QString &gameFolder)
+int CliSession::models(const QString &gameFolder, bool icons)
 {
     if (!GameFolder::isValid(gameFolder))
         return fail(QStringLiteral("\"%1\" holds no game program").arg(gameFolder));
@@ -494,12 +498,22 @@ int CliSession::models(const QString &gameFolder)
     if (!tree.unreadable.isEmpty()) // said, as the window says it, but the list stands
         fail(skippedArchives(tree.unreadable));
     QStringList lines;
+    bool allPictures = true;
+    PlayerModels::IconReader reader;
     for (const PlayerModels::Model &model : tree.models) {
         lines.append(model.label);
-        for (const PlayerModels::Skin &skin : model.skins)
+        for (const PlayerModels::Skin &skin : model.skins) {
             lines.append(model.label + u'/' + skin.label);
+            if (!icons)
+                continue;
+            const QImage icon = reader.icon(skin);
+            allPictures = allPictures && !icon.isNull();
+            lines.last() += icon.isNull() ? QStringLiteral("\tno picture")
+                                          : QStringLiteral("\t%1x%2").arg(icon.width()).arg(icon.height());
+        }
     }
-    return writeLines(lines);
+    const int written = writeLines(lines);
+    return written == Success && !allPictures ? NoPicture : written;
 }
 
 int CliSession::start(const QString &gameFolder, const QString &demo)

@@ -13,7 +13,7 @@
 class CliSession
 {
 public:
-    enum Exit { Success = 0, Failure = 1, Usage = 2, LinesDropped = 3 };
+    enum Exit { Success = 0, Failure = 1, Usage = 2, LinesDropped = 3, NoPicture = 3 };
 
     CliSession(FILE *out, FILE *err);
 
@@ -38,7 +38,7 @@ private:
     int listArchive(const QString &path);
     int check(const QString &path);
     int demos(const QString &gameFolder);
-    int models(const QString &gameFolder);
+    int models(const QString &gameFolder, bool icons);
     static QString skippedArchives(const QStringList &paths);
     int start(const QString &gameFolder, const QString &demo);
     std::optional<GameLaunch::DemoList> demoList(const QString &gameFolder);

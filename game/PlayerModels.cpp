@@ -1,9 +1,10 @@
 #include "PlayerModels.h"
 
 #include "GameLaunch.h"
-#include "cUnzip.h"
+#include "TgaImage.h"
 
 #include <QDir>
+#include <QFile>
 #include <QHash>
 
 #include <algorithm>
@@ -158,6 +159,31 @@ ModelTree ScanPlayerModels(const QString &gameFolder, const std::function<void()
     for (const QString &folder : GameLaunch::dataFolders(gameFolder))
         collector.collect(folder, betweenArchives);
     return collector.take();
+}
+
+QImage IconReader::icon(const Skin &skin)
+{
+    // An icon is a few kilobytes; a damaged archive or a stray file claiming more is not read whole.
+    constexpr qint64 limit = 16 * 1024 * 1024;
+    if (skin.archive.isEmpty()) {
+        QFile file(skin.icon);
+        if (!file.open(QIODevice::ReadOnly) || file.size() > limit)
+            return {};
+        return TgaImage::decode(file.readAll());
+    }
+    if (m_archive.ZipFile() != skin.archive || m_archive.FileCount() == 0) {
+        m_archive.setZipFile(skin.archive);
+        if (!m_archive.Directory())
+            return {};
+    }
+    for (int i = 1; i <= m_archive.FileCount(); ++i) {
+        if (m_archive.Filename(i).size() + 1 + m_archive.FileDirectory(i).size() != skin.icon.size()
+            || !skin.icon.endsWith(m_archive.Filename(i)))
+            continue;
+        if (QString(m_archive.FileDirectory(i)).replace(u'\\', u'/') + u'/' + m_archive.Filename(i) == skin.icon)
+            return TgaImage::decode(m_archive.FileData(i, limit));
+    }
+    return {};
 }
 
 } // namespace PlayerModels

@@ -2,6 +2,9 @@
 // carries (models/players/MODEL/icon_SKIN.tga), as the model browser's tree shows them.
 #pragma once
 
+#include "cUnzip.h"
+
+#include <QImage>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -42,5 +45,17 @@ QString modelValue(const Model &model, const Skin *skin = nullptr);
 /// to folders are not followed. A model or skin found again in any letter case merges into the first found,
 /// which gives its label. `betweenArchives` runs after each archive, so a window can repaint.
 ModelTree ScanPlayerModels(const QString &gameFolder, const std::function<void()> &betweenArchives = {});
+
+/// Reads skin icons from disk or from the archive that holds them. The archive last listed is kept for the
+/// next icon, since a model's skins sit in one archive.
+class IconReader
+{
+public:
+    /// The skin's icon; a null image when it can't be read or is no picture TgaImage decodes.
+    QImage icon(const Skin &skin);
+
+private:
+    cUnzip m_archive;
+};
 
 } // namespace PlayerModels

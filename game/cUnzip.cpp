@@ -295,6 +295,39 @@ bool cUnzip::Unzip(QString *error)
     return finish();
 }
 
+QByteArray cUnzip::FileData(int i, qint64 limit, QString *error) const
+{
+    const ZipEntry &e = entry(i);
+    const auto fail = [&](const QString &reason) {
+        if (error)
+            *error = QStringLiteral("%1: %2").arg(e.entryName, reason);
+        return QByteArray();
+    };
+    QString reason;
+    const Archive archive = openArchive(m_zipFile, &reason);
+    if (!archive)
+        return fail(reason);
+    zip_stat_t st;
+    zip_stat_init(&st);
+    // The archive may have changed since it was listed: the entry must still be there by the same name.
+    const zip_uint64_t index = m_indexes[i - 1];
+    if (zip_stat_index(archive.get(), index, ZIP_FL_ENC_GUESS, &st) != 0 || !st.name
+        || !QByteArrayView(st.name).endsWith(e.entryName.toUtf8()))
+        return fail(QStringLiteral("no longer in the archive"));
+    if (!(st.valid & ZIP_STAT_SIZE) || st.size > zip_uint64_t(limit))
+        return fail(QStringLiteral("larger than %1 bytes").arg(limit));
+    const ArchiveFile in(zip_fopen_index(archive.get(), index, 0));
+    if (!in)
+        return fail(errorText(zip_get_error(archive.get())));
+    QByteArray bytes(qsizetype(st.size), Qt::Uninitialized);
+    const zip_int64_t n = zip_fread(in.get(), bytes.data(), st.size);
+    if (n < 0)
+        return fail(errorText(zip_file_get_error(in.get())));
+    if (zip_uint64_t(n) != st.size)
+        return fail(QStringLiteral("shorter than its stated size"));
+    return bytes;
+}
+
 QString cUnzip::GetVersion()
 {
     return QString::fromLatin1(zip_libzip_version());

@@ -59,6 +59,9 @@ public:
     /// a link. Every refused or failed entry gets one line "NAME: reason" in *error; false when nothing could
     /// be done or anything was refused or failed.
     bool Unzip(QString *error = nullptr);
+    /// The bytes of entry i, read afresh from the archive; empty with the reason in *error when the archive or
+    /// the entry can't be read, or the entry is larger than `limit` bytes.
+    QByteArray FileData(int i, qint64 limit, QString *error = nullptr) const;
     /// The version of the zip library behind the reader.
     static QString GetVersion();
 

@@ -154,6 +154,9 @@ private Q_SLOTS:
         QCOMPARE(models.out, QByteArray("X\nX/Blue\nX/Red\n"));
         QCOMPARE(models.err, list.err);
         QCOMPARE(models.code, 0);
+        const Result icons = run({ "models", "--icons", at("q3") });
+        QCOMPARE(icons.out, QByteArray("X\nX/Blue\tno picture\nX/Red\tno picture\n"));
+        QCOMPARE(icons.code, 3);
         const QByteArray engine = at("q3/ioquake3").toUtf8() + '\n';
         QCOMPARE(run({ "start", at("q3") }).out, engine);
         QCOMPARE(run({ "start", at("q3"), "intro" }).out, engine + "+timedemo\n1\n+demo\nintro.dm3\n");

@@ -66,6 +66,29 @@ private Q_SLOTS:
         QCOMPARE(scanned.unreadable, TestGameFiles::under(root, unreadable));
     }
 
+    void icons()
+    {
+        // From disk and from an archive, stored or packed; nothing for what is no picture or no longer there.
+        QTemporaryDir root;
+        const QByteArray blue = tga(2, 24, 0x20, QByteArray("\xff\0\0", 3).repeated(4));
+        writeTestFile(root.filePath("icon_a.tga"), blue);
+        const QString pk3 = root.filePath("p.pk3");
+        writeTestFile(
+            pk3, TestZip::zipBytes({ { "m/icon_b.tga", blue, true }, { "m/icon_c.tga", blue.first(20) }, { "m/x" } }));
+        PlayerModels::IconReader reader;
+        const auto pixel = [&reader](const QString &icon, const QString &archive = {}) {
+            const QImage image = reader.icon({ {}, icon, archive });
+            return image.isNull() ? 0 : image.pixel(1, 1);
+        };
+        QCOMPARE(pixel(root.filePath("icon_a.tga")), 0xff0000ffu);
+        QCOMPARE(pixel("m/icon_b.tga", pk3), 0xff0000ffu);
+        QCOMPARE(pixel("m/icon_c.tga", pk3), 0u);
+        QCOMPARE(pixel("m/icon_d.tga", pk3), 0u);
+        QCOMPARE(pixel(root.filePath("icon_z.tga")), 0u);
+        writeTestFile(pk3, TestZip::zipBytes({ { "m/other.tga", blue } })); // replaced since it was listed
+        QCOMPARE(pixel("m/icon_b.tga", pk3), 0u);
+    }
+
     void tga_data()
     {
         QTest::addColumn<QByteArray>("bytes");
