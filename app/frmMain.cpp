@@ -18,6 +18,7 @@
 #include "TitleStrip.h"
 #include "Twips.h"
 #include "WindowSettings.h"
+#include "frmMdls.h"
 #include "frmPassword.h"
 
 #include <QButtonGroup>
@@ -90,6 +91,7 @@ frmMain::frmMain(QWidget *parent)
 
     connect(m_binder, &ControlBinder::helpRequested, this, &frmMain::SetText);
     connect(m_binder, &ControlBinder::clientPasswordRequested, this, &frmMain::askClientPassword);
+    connect(m_binder, &ControlBinder::modelButtonClicked, this, &frmMain::chooseModel);
     connect(&m_document, &ConfigDocument::fileChanged, this, &frmMain::SetTitle);
     m_commands = new Commands(*this, menuBar(), m_toolbarBand, *m_documentCommands, m_gate, this);
     m_settings = std::make_unique<WindowSettings>(*this, *m_commands);
@@ -342,6 +344,23 @@ void frmMain::setAlwaysOnTop(bool on)
     setWindowFlag(Qt::WindowStaysOnTopHint, on);
     if (shown)
         show(); // a changed window flag hides the window
+}
+
+void frmMain::chooseModel()
+{
+    m_gate.setHotKeysEnabled(false);
+    if (!m_models)
+        m_models = new frmMdls(m_settings->gameFolderSetting(), this);
+    if (!m_modelsScanned)
+        m_models->scanWhenShown();
+    m_models->preselect(m_document.text(QStringLiteral("cmdModel")));
+    ShowForm(m_models, true);
+    m_gate.EnableHotKeys();
+    m_modelsScanned = true;
+    const ModelBrowserResult &chosen = m_models->result();
+    // The document counts as modified only when the caption changes.
+    if (!chosen.cancelled && !m_gate.TrayExitPending())
+        m_document.setText(SettingCatalog::instance().indexOfControl(u"cmdModel"), 0, chosen.model);
 }
 
 void frmMain::askClientPassword()

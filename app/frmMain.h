@@ -28,6 +28,7 @@ class QLabel;
 class QScrollArea;
 class TitleStrip;
 class WindowSettings;
+class frmMdls;
 class frmPassword;
 
 class frmMain : public QMainWindow, public ShellWindow
@@ -87,6 +88,7 @@ private:
     void layoutRegions();
     void placeButtons();
     void askClientPassword();
+    void chooseModel();
     void refuseClose(QCloseEvent *event);
 
     CommandGate m_gate;
@@ -110,6 +112,8 @@ private:
     ControlPage *m_controlPage = nullptr;
     Pk3ExplorerPage *m_pk3Page = nullptr;
     frmPassword *m_password = nullptr;
+    frmMdls *m_models = nullptr;
+    bool m_modelsScanned = false; // the browser scans at its first opening only
     QString m_clientPassword;
     bool m_controlsShown = false;
     bool m_sizedToFrame = false;
