@@ -167,6 +167,12 @@ private Q_SLOTS:
             QCOMPARE(titlesShown().size(), 1);
             QVERIFY(nodes(tree).contains("Sarge/Blue"));
             QCOMPARE(tree->currentItem(), node(tree, "Sarge/Red"));
+            // Without the game (the folder picker cancelled), the tree keeps what it had.
+            m_window->settings().setGameFolder(m_game.filePath("baseq3"));
+            Prompts::setNextAnswers({ "" });
+            find<QPushButton>(dialog, "cmdRefresh")->click();
+            QVERIFY(nodes(tree).contains("Sarge/Blue"));
+            m_window->settings().setGameFolder(m_game.path());
             QVERIFY(find<QPushButton>(dialog, "cmdOk")->isEnabled());
             find<QPushButton>(dialog, "cmdOk")->click();
         });
