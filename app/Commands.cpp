@@ -485,7 +485,6 @@ void Commands::showContents()
 void Commands::toggleAlwaysOnTop()
 {
     m_shell.setAlwaysOnTop(!m_shell.alwaysOnTop());
-    m_menu->setChecked(QStringLiteral("OnTop1"), m_shell.alwaysOnTop());
 }
 
 void Commands::setPreviewWindow(QWidget *preview)

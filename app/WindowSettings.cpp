@@ -35,7 +35,6 @@ void WindowSettings::apply(const ProgramSettings &settings)
     m_settings = settings;
     setGradient(settings.gradient == 1);
     m_window.setAlwaysOnTop(settings.aot == 1);
-    m_commands.menu().setChecked(QStringLiteral("OnTop1"), m_window.alwaysOnTop());
     m_commands.setPreviewOpen(settings.pv_open == 1);
     m_window.move(Twips::px(settings.wx), Twips::px(settings.wy));
 }
@@ -69,9 +68,10 @@ void WindowSettings::showOptions()
 {
     if (!m_options)
         m_options = new frmOptions(&m_window);
-    m_options->prepare(m_settings.q3dir, gradient());
+    m_options->prepare(m_settings.q3dir, gradient(), m_window.alwaysOnTop());
     if (m_window.ShowForm(m_options, true) != QDialog::Accepted)
         return;
     m_settings.q3dir = m_options->gameFolder();
     setGradient(m_options->gradient());
+    m_window.setAlwaysOnTop(m_options->onTop());
 }

@@ -13,6 +13,7 @@
 #include "MsgBoard.h"
 #include "PageLayouts.h"
 #include "Pk3ExplorerPage.h"
+#include "PopMenu.h"
 #include "Prompts.h"
 #include "SettingsPage.h"
 #include "TitleStrip.h"
@@ -20,6 +21,7 @@
 #include "WindowSettings.h"
 #include "frmMdls.h"
 #include "frmPassword.h"
+#include "frmSysTray.h"
 
 #include <QButtonGroup>
 #include <QCloseEvent>
@@ -27,6 +29,7 @@
 #include <QEvent>
 #include <QLabel>
 #include <QStatusBar>
+#include <QWindow>
 
 namespace {
 
@@ -94,6 +97,9 @@ frmMain::frmMain(QWidget *parent)
     connect(m_binder, &ControlBinder::modelButtonClicked, this, &frmMain::chooseModel);
     connect(&m_document, &ConfigDocument::fileChanged, this, &frmMain::SetTitle);
     m_commands = new Commands(*this, menuBar(), m_toolbarBand, *m_documentCommands, m_gate, this);
+    m_tray = new frmSysTray(*this, m_gate, this);
+    connect(m_tray, &frmSysTray::onTopToggled, this, [this] { setAlwaysOnTop(!m_alwaysOnTop); });
+    connect(m_tray, &frmSysTray::menuHelp, this, &frmMain::setMenuHelp);
     m_settings = std::make_unique<WindowSettings>(*this, *m_commands);
     m_commandLine = new CommandLineRouter(*this, m_gate, *m_documentCommands, *m_commands, this);
     m_commands->setHandler(QStringLiteral("Options1"), [this] { m_settings->showOptions(); });
@@ -257,6 +263,8 @@ void frmMain::setGradient(bool on)
 {
     m_titleStrip->setGradient(on);
     m_commands->setGradient(on);
+    if (m_tray)
+        m_tray->menu().setHighlightStyle(m_commands->menu().highlightStyle());
 }
 
 QString frmMain::gameFolder() const
@@ -306,6 +314,9 @@ void frmMain::closeEvent(QCloseEvent *event)
     QString error;
     if (!m_settings->save(isMinimized(), &error))
         Prompts::reportError(this, QStringLiteral("Program Exit"), 75, error);
+    // The tray goes first: its icon leaves the notification area with the window.
+    delete m_tray;
+    m_tray = nullptr;
     event->accept();
 }
 
@@ -319,7 +330,7 @@ void frmMain::refuseClose(QCloseEvent *event)
 
 int frmMain::ShowForm(QWidget *form, bool modal)
 {
-    form->setWindowFlag(Qt::WindowStaysOnTopHint, m_alwaysOnTop);
+    SetOnTop(form, m_alwaysOnTop);
     m_gate.setActiveDialogWindow(form);
     if (!modal) {
         form->show();
@@ -337,13 +348,29 @@ int frmMain::ShowForm(QWidget *form, bool modal)
 
 void frmMain::setAlwaysOnTop(bool on)
 {
-    if (m_alwaysOnTop == on)
-        return;
     m_alwaysOnTop = on;
-    const bool shown = isVisible();
-    setWindowFlag(Qt::WindowStaysOnTopHint, on);
-    if (shown)
-        show(); // a changed window flag hides the window
+    m_commands->menu().setChecked(QStringLiteral("OnTop1"), on);
+    if (m_tray)
+        m_tray->setOnTopChecked(on);
+    SetOnTop(this, on);
+    // A dialog open now follows as well, as the next ones shown will.
+    if (QWidget *dialog = m_gate.ActiveDialogWindow(); dialog && dialog != this && dialog->isVisible())
+        SetOnTop(dialog, on);
+}
+
+void frmMain::SetOnTop(QWidget *window, bool on)
+{
+    Qt::WindowFlags flags = window->windowFlags();
+    if (flags.testFlag(Qt::WindowStaysOnTopHint) == on)
+        return;
+    flags.setFlag(Qt::WindowStaysOnTopHint, on);
+    if (window->isVisible() && window->windowHandle()) {
+        // In place: setting the widget's flags would hide and re-create the window.
+        window->overrideWindowFlags(flags);
+        window->windowHandle()->setFlags(flags);
+    } else {
+        window->setWindowFlags(flags);
+    }
 }
 
 void frmMain::chooseModel()

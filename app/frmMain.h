@@ -29,6 +29,7 @@ class QScrollArea;
 class TitleStrip;
 class WindowSettings;
 class frmMdls;
+class frmSysTray;
 class frmPassword;
 
 class frmMain : public QMainWindow, public ShellWindow
@@ -45,6 +46,8 @@ public:
     Commands &commands() { return *m_commands; }
     CommandLineRouter &commandLine() { return *m_commandLine; }
     WindowSettings &settings() { return *m_settings; }
+    /// The notification-area icon and its menu; null once the window has closed.
+    frmSysTray *tray() const { return m_tray; }
 
     /// The caption: the document's name, " - ", and the program title; the title alone for a blank name.
     void SetTitle();
@@ -68,8 +71,10 @@ public:
     void setMenuHelp(const QString &text) override;
     void SetText(const QString &text, MsgType msgType) override;
     bool alwaysOnTop() const override { return m_alwaysOnTop; }
-    /// Keeps this window, and every window it shows, above all others.
+    /// Keeps this window, and every window it shows, above all others; both menus' check marks follow.
     void setAlwaysOnTop(bool on) override;
+    /// Makes `window` stay above others or not, in place: a shown window keeps its place and size.
+    static void SetOnTop(QWidget *window, bool on);
     QString gameFolder() const override;
 
 Q_SIGNALS:
@@ -113,6 +118,7 @@ private:
     Pk3ExplorerPage *m_pk3Page = nullptr;
     frmPassword *m_password = nullptr;
     frmMdls *m_models = nullptr;
+    frmSysTray *m_tray = nullptr;
     bool m_modelsScanned = false; // the browser scans at its first opening only
     QString m_clientPassword;
     bool m_controlsShown = false;

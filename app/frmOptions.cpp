@@ -16,12 +16,14 @@ frmOptions::frmOptions(QWidget *parent)
     : QDialog(parent)
     , m_path(new QLineEdit)
     , m_gradient(new QCheckBox(QStringLiteral("Enable Gradient attribute")))
+    , m_onTop(new QCheckBox(QStringLiteral("Always On &Top")))
 {
     setObjectName(QStringLiteral("frmOptions"));
     setWindowTitle(QStringLiteral("Options"));
     m_path->setObjectName(QStringLiteral("txtPath"));
     m_path->setMinimumWidth(260);
     m_gradient->setObjectName(QStringLiteral("chkGrad"));
+    m_onTop->setObjectName(QStringLiteral("chkTop"));
     auto *select = new QPushButton(QStringLiteral("&Select..."));
     select->setObjectName(QStringLiteral("cmdSelect"));
     connect(select, &QPushButton::clicked, this, &frmOptions::selectFolder);
@@ -32,6 +34,7 @@ frmOptions::frmOptions(QWidget *parent)
     frameLayout->addWidget(m_path, 1, 0);
     frameLayout->addWidget(select, 1, 1);
     frameLayout->addWidget(m_gradient, 2, 0, 1, 2);
+    frameLayout->addWidget(m_onTop, 3, 0, 1, 2);
 
     QDialogButtonBox *buttons = OkCancelButtons(this);
 
@@ -41,10 +44,11 @@ frmOptions::frmOptions(QWidget *parent)
     setFixedSize(sizeHint());
 }
 
-void frmOptions::prepare(const QString &gameFolder, bool gradient)
+void frmOptions::prepare(const QString &gameFolder, bool gradient, bool onTop)
 {
     m_path->setText(gameFolder);
     m_gradient->setChecked(gradient);
+    m_onTop->setChecked(onTop);
 }
 
 QString frmOptions::gameFolder() const
@@ -55,6 +59,11 @@ QString frmOptions::gameFolder() const
 bool frmOptions::gradient() const
 {
     return m_gradient->isChecked();
+}
+
+bool frmOptions::onTop() const
+{
+    return m_onTop->isChecked();
 }
 
 void frmOptions::selectFolder()
