@@ -14,6 +14,7 @@ TARNWICK_DEPS=(
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev
     libzip-dev zipcmp zipmerge ziptool zip unzip
     xvfb xauth xdotool imagemagick x11-apps
+    trayer openbox x11-utils  # a notification area, a window manager and xprop for the tray test under X
     clang libclang-rt-14-dev clang-format gawk
     fonts-wine  # a free Tahoma for the window text (loaded from Wine's font folder)
 )
