@@ -1,15 +1,23 @@
 #include "CommandGate.h"
 
+void CommandGate::setHotKeysEnabled(bool on)
+{
+    if (m_hotKeysEnabled == on)
+        return;
+    m_hotKeysEnabled = on;
+    Q_EMIT hotKeysEnabledChanged(on);
+}
+
 void CommandGate::EnableHotKeys()
 {
     if (!m_hotKeysEnabled && !m_trayExitPending)
-        m_hotKeysEnabled = true;
+        setHotKeysEnabled(true);
 }
 
 void CommandGate::dialogOpened()
 {
     m_wereOn.append(m_hotKeysEnabled);
-    m_hotKeysEnabled = false;
+    setHotKeysEnabled(false);
 }
 
 void CommandGate::dialogClosed()

@@ -18,7 +18,7 @@ public:
 
     /// True while commands are accepted.
     bool HotKeysEnabled() const { return m_hotKeysEnabled; }
-    void setHotKeysEnabled(bool on) { m_hotKeysEnabled = on; }
+    void setHotKeysEnabled(bool on);
     /// Accepts commands again, unless the tray's Exit is under way.
     void EnableHotKeys();
 
@@ -41,6 +41,8 @@ public:
 Q_SIGNALS:
     /// The last open box or dialog closed.
     void dialogsClosed();
+    /// Commands were turned on or off (the HUD preview is usable exactly while they are on).
+    void hotKeysEnabledChanged(bool on);
 
 private:
     bool m_hotKeysEnabled = false;

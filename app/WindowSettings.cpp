@@ -6,8 +6,10 @@
 #include "Twips.h"
 #include "frmMain.h"
 #include "frmOptions.h"
+#include "frmPreview.h"
 
 #include <QDialog>
+#include <QGuiApplication>
 #include <QScreen>
 
 WindowSettings::WindowSettings(frmMain &window, Commands &commands)
@@ -35,8 +37,10 @@ void WindowSettings::apply(const ProgramSettings &settings)
     m_settings = settings;
     setGradient(settings.gradient == 1);
     m_window.setAlwaysOnTop(settings.aot == 1);
-    m_commands.setPreviewOpen(settings.pv_open == 1);
     m_window.move(Twips::px(settings.wx), Twips::px(settings.wy));
+    m_previewPlaced = QPoint(Twips::px(settings.pv_wx), Twips::px(settings.pv_wy));
+    m_window.preview().placeAt(m_previewPlaced, m_window.frameGeometry());
+    m_commands.setPreviewOpen(settings.pv_open == 1);
 }
 
 ProgramSettings WindowSettings::current() const
@@ -47,8 +51,13 @@ ProgramSettings WindowSettings::current() const
     settings.wy = m_window.frameGeometry().y() * Twips::perPixel;
     if (const auto preview = m_commands.previewState()) {
         settings.pv_open = preview->open ? 1 : 0;
-        settings.pv_wx = preview->left * Twips::perPixel;
-        settings.pv_wy = preview->top * Twips::perPixel;
+        // A preview that stands where it was put keeps the settings' twips as they were, and so does any where
+        // the window system places windows itself (Wayland).
+        const bool moved = QPoint(preview->left, preview->top) != m_previewPlaced;
+        if (moved && !QGuiApplication::platformName().startsWith(QStringLiteral("wayland"))) {
+            settings.pv_wx = preview->left * Twips::perPixel;
+            settings.pv_wy = preview->top * Twips::perPixel;
+        }
     }
     return settings;
 }

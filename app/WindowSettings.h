@@ -5,6 +5,7 @@
 
 #include "ProgramSettings.h"
 
+#include <QPoint>
 #include <QString>
 
 class Commands;
@@ -46,5 +47,6 @@ private:
     Commands &m_commands;
     ProgramSettings m_settings;
     QString m_file;
+    QPoint m_previewPlaced; // where the settings put the preview, in pixels
     frmOptions *m_options = nullptr;
 };

@@ -21,6 +21,7 @@
 #include "WindowSettings.h"
 #include "frmMdls.h"
 #include "frmPassword.h"
+#include "frmPreview.h"
 #include "frmSysTray.h"
 
 #include <QButtonGroup>
@@ -104,6 +105,7 @@ frmMain::frmMain(QWidget *parent)
     m_commandLine = new CommandLineRouter(*this, m_gate, *m_documentCommands, *m_commands, this);
     m_commands->setHandler(QStringLiteral("Options1"), [this] { m_settings->showOptions(); });
     new GameCommands(*this, m_gate, *m_settings, *m_commands, this); // the window owns it
+    buildPreview();
     m_gate.setActiveDialogWindow(this);
     m_gate.setHotKeysEnabled(true);
 
@@ -164,6 +166,19 @@ void frmMain::buildPages()
         m_pages[i] = new SettingsPage(QString::fromLatin1(pageInfo[i].container), contents[i], m_client);
         m_pages[i]->hide();
     }
+}
+
+void frmMain::buildPreview()
+{
+    // The preview follows the document, shows its mock-up on the HUD page only, and is out of reach while a box
+    // or dialog is open.
+    m_preview = new frmPreview(m_document, this);
+    m_preview->setEnabled(m_gate.HotKeysEnabled());
+    m_commands->setPreviewWindow(m_preview);
+    connect(m_preview, &frmPreview::closed, m_commands, [this] { m_commands->setPreviewOpen(false); });
+    connect(this, &frmMain::pageSelected, m_preview,
+        [this](Page page) { m_preview->showHudPicture(page == Page::HudDisplay); });
+    connect(&m_gate, &CommandGate::hotKeysEnabledChanged, m_preview, &QWidget::setEnabled);
 }
 
 void frmMain::buildStatusBar()

@@ -31,6 +31,7 @@ class WindowSettings;
 class frmMdls;
 class frmSysTray;
 class frmPassword;
+class frmPreview;
 
 class frmMain : public QMainWindow, public ShellWindow
 {
@@ -48,6 +49,8 @@ public:
     WindowSettings &settings() { return *m_settings; }
     /// The notification-area icon and its menu; null once the window has closed.
     frmSysTray *tray() const { return m_tray; }
+    /// The HUD preview window ("Prev1" shows and hides it).
+    frmPreview &preview() { return *m_preview; }
 
     /// The caption: the document's name, " - ", and the program title; the title alone for a blank name.
     void SetTitle();
@@ -90,6 +93,7 @@ private:
     void buildLeftBar();
     void buildPages();
     void buildStatusBar();
+    void buildPreview();
     void layoutRegions();
     void placeButtons();
     void askClientPassword();
@@ -120,6 +124,7 @@ private:
     frmMdls *m_models = nullptr;
     frmSysTray *m_tray = nullptr;
     bool m_modelsScanned = false; // the browser scans at its first opening only
+    frmPreview *m_preview = nullptr;
     QString m_clientPassword;
     bool m_controlsShown = false;
     bool m_sizedToFrame = false;

@@ -3,6 +3,7 @@
 #include "WindowTestSupport.h"
 #include "frmKey.h"
 #include "frmLoad.h"
+#include "frmPreview.h"
 
 using namespace WindowTest;
 
@@ -153,9 +154,7 @@ private Q_SLOTS:
     {
         Commands &commands = m_window->commands();
         const QString show = commands.menu().caption("Prev1");
-        commands.run("Prev1"); // no preview window yet: nothing to show
-        QWidget preview;
-        commands.setPreviewWindow(&preview);
+        const frmPreview &preview = m_window->preview();
         for (const bool on : { true, false }) {
             commands.run("Prev1");
             QCOMPARE(preview.isVisible(), on);
