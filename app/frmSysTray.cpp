@@ -4,6 +4,7 @@
 #include "ImageList.h"
 #include "PopMenu.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCursor>
 #include <QMenu>
@@ -55,7 +56,11 @@ frmSysTray::frmSysTray(QWidget &mainWindow, CommandGate &gate, QObject *parent)
     m_menu->setCheckPictures(ImageList::drawn(QStringLiteral("CHK1")), ImageList::drawn(QStringLiteral("CHK2")));
     m_popup = m_menu->subMenu(root);
     m_popup->setObjectName(root);
-    m_popup->setDefaultAction(m_menu->action(QStringLiteral("Show1")));
+    QAction *show = m_menu->action(QStringLiteral("Show1"));
+    m_popup->setDefaultAction(show);
+    QFont bold = show->font();
+    bold.setBold(true); // the item a double click on the icon runs
+    show->setFont(bold);
     connect(m_menu, &PopMenu::click, this, [this](int index) { run(m_menu->keyOf(index)); });
     connect(m_menu, &PopMenu::highlighted, this, &frmSysTray::menuHelp);
     connect(m_menu, &PopMenu::closed, this, [this] { Q_EMIT menuHelp(QString()); });
