@@ -7,7 +7,7 @@
 #include "GameFolder.h"
 #include "PartialFiles.h"
 #include "PlayerModels.h"
-#include "SettingMapping.h"
+#include "Variables.h"
 #include "cUnzip.h"
 
 #include <QFile>
@@ -193,6 +193,9 @@ QString CliSession::usage()
         "      new MODE [NAME]      new document (name \"Untitled\" when none is given)\n"
         "      restore              Restore Defaults: the values last read or saved\n"
         "      set NAME VALUE       setting NAME takes VALUE as if read from a file line\n"
+        "      setvar NAME VALUE    any variable: a setting takes VALUE as with set; any other name has its\n"
+        "                           last kept line rewritten as seta NAME \"VALUE\", or one added\n"
+        "      unsetvar NAME        remove the kept lines of variable NAME (not a setting's)\n"
         "      bind INDEX SLOT KEY  key KEY into slot SLOT (1 or 2) of action INDEX (0-36)\n"
         "      unbind INDEX SLOT    empty slot SLOT of action INDEX\n"
         "      print                the whole document, as it would be saved, to standard output\n"
@@ -313,6 +316,10 @@ int CliSession::runLine(const QString &line)
     }
     if (command == u"set" && n >= 2)
         return set(t[1].text, restAfter(line, t[1]));
+    if (command == u"setvar" && n >= 2)
+        return setvar(t[1].text, restAfter(line, t[1]));
+    if (command == u"unsetvar" && n == 2)
+        return unsetvar(t[1].text);
     if (command == u"bind" && n == 4)
         return bind(t[1].text, t[2].text, t[3].text);
     if (command == u"unbind" && n == 3)
@@ -385,27 +392,31 @@ int CliSession::newDocument(const QString &mode, const QString &name)
 
 int CliSession::set(const QString &name, const QString &value)
 {
-    const SettingCatalog &catalog = SettingCatalog::instance();
-    const int index = catalog.indexOfSetting(name);
+    const int index = SettingCatalog::instance().indexOfSetting(name);
     if (index < 0)
         return usageError(QStringLiteral("\"%1\" is not a setting Tarnwick reads or writes").arg(name));
-    const SettingRow &row = catalog.row(index);
-    // The value goes the way of a file line: the read rule, then the snapshot's conversion, then the
-    // controls; a value the setting can't take leaves the controls as they are.
-    const QString taken = GetSetaValue(QStringLiteral("seta ") + row.name + u' ' + value, row.name, row.rule);
-    QList<SlotValue> controls = m_doc.values().mid(row.firstSlot, row.count);
-    QList<SlotValue> held(row.count);
-    SettingMapping::controlToSnapshot(row, controls.data(), held.data());
-    if (!taken.isEmpty() && SettingMapping::readIntoSnapshot(row, taken, held.data()))
-        SettingMapping::snapshotToControl(row, held.data(), controls.data());
-    for (int k = 0; k < row.count; ++k) {
-        if (row.isText())
-            m_doc.setText(index, k, controls[k].text);
-        else
-            m_doc.setState(index, k, int(controls[k].number));
-    }
+    Variables::setSetting(m_doc, index, value);
     m_doc.setModified(true);
     return Success;
+}
+
+int CliSession::setvar(const QString &name, const QString &value)
+{
+    QString error;
+    if (Variables::setVariable(m_doc, name, value, &error) == Variables::Change::Refused)
+        return usageError(error);
+    return Success;
+}
+
+int CliSession::unsetvar(const QString &name)
+{
+    if (const QString why = Variables::nameProblem(name); !why.isEmpty())
+        return usageError(why);
+    QString error;
+    if (Variables::unsetVariable(m_doc, name, &error))
+        return Success;
+    // A setting is no variable unsetvar takes; a name no line sets is a removal that failed.
+    return SettingCatalog::instance().indexOfSetting(name) >= 0 ? usageError(error) : fail(error);
 }
 
 int CliSession::bind(const QString &index, const QString &slot, const QString &key)

@@ -32,6 +32,8 @@ private:
     int importKind(const QString &kind, const QString &path);
     int newDocument(const QString &mode, const QString &name);
     int set(const QString &name, const QString &value);
+    int setvar(const QString &name, const QString &value);
+    int unsetvar(const QString &name);
     int bind(const QString &index, const QString &slot, const QString &key);
     int unbind(const QString &index, const QString &slot);
     int print();

@@ -110,6 +110,29 @@ void ConfigDocument::DeleteKey(int action, KeySlot slot)
     Q_EMIT bindingsChanged();
 }
 
+void ConfigDocument::replaceKeptLine(int index, const QString &line)
+{
+    if (m_keptLines.at(index) == line)
+        return;
+    m_keptLines[index] = line;
+    setModified(true);
+    Q_EMIT keptLineChanged(index);
+}
+
+void ConfigDocument::appendKeptLine(const QString &line)
+{
+    m_keptLines.append(line);
+    setModified(true);
+    Q_EMIT keptLineInserted(int(m_keptLines.size() - 1));
+}
+
+void ConfigDocument::removeKeptLine(int index)
+{
+    m_keptLines.removeAt(index);
+    setModified(true);
+    Q_EMIT keptLineRemoved(index);
+}
+
 void ConfigDocument::ApplySnapshot()
 {
     for (const SettingRow &r : SettingCatalog::instance().rows()) {

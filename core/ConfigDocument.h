@@ -61,7 +61,12 @@ public:
 
     // Lines carried through from the last file read.
     const QStringList &keptLines() const { return m_keptLines; }
+    /// The lines of a read; views hear of them with the contentReset that follows.
     void setKeptLines(QStringList lines) { m_keptLines = std::move(lines); }
+    /// Edits of one kept line: each marks the document modified.
+    void replaceKeptLine(int index, const QString &line);
+    void appendKeptLine(const QString &line);
+    void removeKeptLine(int index);
 
     /// Every current value from the snapshot; bindings untouched; not modified afterwards.
     void ApplySnapshot();
@@ -73,6 +78,9 @@ public:
 
 Q_SIGNALS:
     void valueChanged(int row, int index);
+    void keptLineChanged(int index);
+    void keptLineInserted(int index);
+    void keptLineRemoved(int index);
     void bindingsChanged();
     void contentReset();
     void modifiedChanged(bool modified);

@@ -220,6 +220,22 @@ DroppedLines droppedLines(const QByteArray &copy, qsizetype examples)
     return dropped;
 }
 
+QString dropReason(QByteArrayView line)
+{
+    const QString examined = CfgText::examined(line);
+    if (examined.startsWith(u' '))
+        return QStringLiteral("starts with a blank");
+    const QString word = firstWord(line);
+    if (word == u"bind")
+        return QStringLiteral("binds a key to none of the 37 actions");
+    // A name the program knows, or one of the game's prefixed names, followed by a value: a variable.
+    const QString rest = CfgText::trimBlanks(QStringView(examined).mid(word.size())); // the word starts the line
+    if (!rest.isEmpty() && !rest.startsWith(u';')
+        && (SettingCatalog::instance().indexOfSetting(word) >= 0 || word.contains(u'_')))
+        return QStringLiteral("a variable without set or seta");
+    return QStringLiteral("a console command");
+}
+
 bool writtenByTarnwick(QByteArrayView fileBytes)
 {
     const QByteArray header = ConfigWriter::header().toLatin1();

@@ -34,6 +34,9 @@ QByteArray workingCopy(const QByteArray &fileBytes);
 void applyWorkingCopy(ConfigDocument &doc, const QByteArray &copy, FileScope scope);
 /// The dropped lines of a working copy, with `examples` of them at most (-1: all).
 DroppedLines droppedLines(const QByteArray &copy, qsizetype examples);
+/// Why a dropped line is not carried: it starts with a blank, binds a key to no action, gives a variable
+/// without set or seta, or is a console command.
+QString dropReason(QByteArrayView line);
 /// Whether a file's bytes begin with the line the writer puts first (Tarnwick wrote the file).
 bool writtenByTarnwick(QByteArrayView fileBytes);
 

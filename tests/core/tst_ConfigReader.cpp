@@ -226,23 +226,30 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("file");
         QTest::addColumn<QList<qsizetype>>("lines"); // the numbers of the dropped lines
         QTest::addColumn<QStringList>("commands");
+        QTest::addColumn<QStringList>("reasons"); // why each is dropped: C command, V variable, B bind, S blank
         using L = QList<qsizetype>;
         QTest::newRow("comments and blank lines only")
-            << QByteArray("// a\r\n\r\n   \t\r\n  // b\r\n\"\"\r\n") << L {} << QStringList {};
+            << QByteArray("// a\r\n\r\n   \t\r\n  // b\r\n\"\"\r\n") << L {} << QStringList {} << QStringList {};
         QTest::newRow("settings, kept lines, action binds")
             << QByteArray("seta cg_fov 100\nseta my_var 1\nset other \"x\"\nbind w \"+forward\"\n") << L {}
-            << QStringList {};
-        QTest::newRow("a console command")
-            << QByteArray("seta cg_fov 100\r\nexec other.cfg\r\n") << L { 2 } << QStringList { "exec" };
-        QTest::newRow("a bare variable") << QByteArray("com_maxfps 125\n") << L { 1 } << QStringList { "com_maxfps" };
-        QTest::newRow("unbindall, vstr; words once") << QByteArray("unbindall\nvstr a\nbind w +forward\nvstr b\n")
-                                                     << L { 1, 2, 4 } << QStringList { "unbindall", "vstr" };
-        QTest::newRow("a bind of no action")
-            << QByteArray("bind ESCAPE \"togglemenu\"\n") << L { 1 } << QStringList { "bind" };
+            << QStringList {} << QStringList {};
+        QTest::newRow("a console command") << QByteArray("seta cg_fov 100\r\nexec other.cfg\r\n") << L { 2 }
+                                           << QStringList { "exec" } << QStringList { "C" };
+        QTest::newRow("bare variables, known or prefixed")
+            << QByteArray("com_maxfps 125\nsensitivity 5\nvid_restart\n") << L { 1, 2, 3 }
+            << QStringList { "com_maxfps", "sensitivity", "vid_restart" } << QStringList { "V", "V", "C" };
+        QTest::newRow("unbindall, vstr; words once")
+            << QByteArray("unbindall\nvstr a\nbind w +forward\nvstr b\n") << L { 1, 2, 4 }
+            << QStringList { "unbindall", "vstr" } << QStringList { "C", "C", "C" };
+        QTest::newRow("a bind of no action, a bindlist")
+            << QByteArray("bind ESCAPE \"togglemenu\"\nbindlist\n") << L { 1, 2 } << QStringList { "bind", "bindlist" }
+            << QStringList { "B", "C" };
         QTest::newRow("a setting after blanks is not read")
-            << QByteArray("  seta cg_fov 90\n") << L { 1 } << QStringList { "seta" };
+            << QByteArray("  seta cg_fov 90\n\tbind w +back\n") << L { 1, 2 } << QStringList { "seta", "bind" }
+            << QStringList { "S", "S" };
         QTest::newRow("a command with a comment after it, lone CR ends")
-            << QByteArray("// top\rwait // pause\rsay hi") << L { 2, 3 } << QStringList { "wait", "say" };
+            << QByteArray("// top\rwait // pause\rsay hi") << L { 2, 3 } << QStringList { "wait", "say" }
+            << QStringList { "C", "C" };
     }
 
     void dropped()
@@ -250,13 +257,20 @@ private Q_SLOTS:
         QFETCH(QByteArray, file);
         QFETCH(QList<qsizetype>, lines);
         QFETCH(QStringList, commands);
+        QFETCH(QStringList, reasons);
         const DroppedLines all = ConfigReader::droppedLines(ConfigReader::workingCopy(file), -1);
         QList<qsizetype> numbers;
-        for (const auto &[number, text] : all.lines)
+        QStringList why;
+        const QHash<QString, QString> letters { { "a console command", "C" }, { "a variable without set or seta", "V" },
+            { "binds a key to none of the 37 actions", "B" }, { "starts with a blank", "S" } };
+        for (const auto &[number, text] : all.lines) {
             numbers << number;
+            why << letters.value(ConfigReader::dropReason(text), ConfigReader::dropReason(text));
+        }
         QCOMPARE(numbers, lines);
         QCOMPARE(all.count, lines.size());
         QCOMPARE(all.commands, commands);
+        QCOMPARE(why, reasons);
         // The window asks for a few; the count is still all of them.
         const DroppedLines few = ConfigReader::droppedLines(ConfigReader::workingCopy(file), 1);
         QCOMPARE(few.lines.size(), qMin<qsizetype>(1, lines.size()));
