@@ -77,6 +77,7 @@ bool DocumentCommands::OpenCfg(QString path)
         return false;
     QString error;
     DroppedLines dropped;
+    dropped.examples = 1000;
     if (!readWhileSplashShows(path, &error, &dropped)) {
         Prompts::ask(m_shell.widget(), Prompts::programTitle(), error, QMessageBox::Ok, QMessageBox::Critical);
         return false;
@@ -84,6 +85,7 @@ bool DocumentCommands::OpenCfg(QString path)
     m_doc.setFile(path, QFileInfo(path).fileName(), true);
     m_doc.setModified(false);
     m_lastFolder = QFileInfo(path).absolutePath();
+    Q_EMIT opened(path, dropped);
     if (dropped.count > 0)
         m_shell.SetText(droppedLinesWarning(dropped, path), MsgType::Caution);
     return true;

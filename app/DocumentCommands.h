@@ -52,6 +52,10 @@ public:
     static Page pageOf(PartialKind kind);
     static QString configFilter() { return QStringLiteral("Configuration Files (*.cfg;*.config)|*.cfg;*.config"); }
 
+Q_SIGNALS:
+    /// A configuration was opened: the lines of it a save does not keep, the first thousand of them held.
+    void opened(const QString &path, const DroppedLines &dropped);
+
 private:
     QString startFolder() const;
     bool readWhileSplashShows(const QString &path, QString *error, DroppedLines *dropped);

@@ -1,5 +1,6 @@
 #include "frmMain.h"
 
+#include "AllVariablesPage.h"
 #include "CommandLineRouter.h"
 #include "Commands.h"
 #include "ControlBinder.h"
@@ -50,6 +51,7 @@ const std::array<PageInfo, PageCount> pageInfo { {
     { "HUD Display", "picHUD", "HUD Display Settings" },
     { "Railgun", "picRail", "Railgun Settings" },
     { "PK3 Explorer", "picPK3", "PK3 Explorer" },
+    { "All Variables", "picVars", "All Variables" },
 } };
 
 const std::array<const char *, ControlSubPageCount> subPageCaptions { "Move", "Shoot", "Look", "Miscellaneous" };
@@ -148,6 +150,8 @@ void frmMain::buildPages()
 {
     m_controlPage = new ControlPage(m_document, *m_binder, *this);
     m_pk3Page = new Pk3ExplorerPage;
+    m_variablesPage = new AllVariablesPage(m_document, *this);
+    connect(m_documentCommands, &DocumentCommands::opened, m_variablesPage, &AllVariablesPage::showDroppedLines);
     connect(m_pk3Page, &Pk3ExplorerPage::titleChanged, this, [this](const QString &title) {
         if (m_currentPage == Page::Pk3Explorer)
             m_titleStrip->setText(title);
@@ -161,6 +165,7 @@ void frmMain::buildPages()
         PageLayouts::hudPage(*m_binder),
         PageLayouts::railgunPage(*m_binder),
         m_pk3Page,
+        m_variablesPage,
     };
     for (int i = 0; i < PageCount; ++i) {
         m_pages[i] = new SettingsPage(QString::fromLatin1(pageInfo[i].container), contents[i], m_client);
@@ -222,6 +227,8 @@ void frmMain::SelectPage(Page page)
         SetText(QStringLiteral("To define the key use the left button on your mouse.\r\n"
                                "To delete the key use the right button on your mouse."),
             MsgType::Information);
+    else if (page == Page::AllVariables)
+        SetText(AllVariablesPage::selectionHelp(), MsgType::Information);
     m_titleStrip->setText(page == Page::Pk3Explorer ? m_pk3Page->title() : QString::fromLatin1(pageInfo[index].title));
     m_currentPage = page;
     Q_EMIT pageSelected(page);

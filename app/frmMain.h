@@ -14,6 +14,7 @@
 #include <array>
 #include <memory>
 
+class AllVariablesPage;
 class CommandLineRouter;
 class Commands;
 class ControlBinder;
@@ -61,6 +62,7 @@ public:
     /// The title strip's colour gradient (flat when off), and the menus' highlight with it.
     void setGradient(bool on);
     Pk3ExplorerPage *pk3Page() const { return m_pk3Page; }
+    AllVariablesPage *variablesPage() const { return m_variablesPage; }
     /// The band at the top that holds the toolbar.
     QWidget *toolbarBand() const { return m_toolbarBand; }
     /// The selected page; none at start.
@@ -120,6 +122,7 @@ private:
     std::array<QScrollArea *, PageCount> m_pages {};
     ControlPage *m_controlPage = nullptr;
     Pk3ExplorerPage *m_pk3Page = nullptr;
+    AllVariablesPage *m_variablesPage = nullptr;
     frmPassword *m_password = nullptr;
     frmMdls *m_models = nullptr;
     frmSysTray *m_tray = nullptr;
