@@ -213,7 +213,7 @@ void VariablesFilter::setFilterText(const QString &text)
     if (text == m_text)
         return;
     m_text = text;
-    invalidateRowsFilter();
+    invalidate();
 }
 
 bool VariablesFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
