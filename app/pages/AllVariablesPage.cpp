@@ -16,6 +16,7 @@
 #include <QLocale>
 #include <QMouseEvent>
 #include <QPushButton>
+#include <QShowEvent>
 #include <QTableView>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -230,10 +231,16 @@ QString AllVariablesPage::rowHelp(int sourceRow) const
 {
     const QString name = m_model->text(sourceRow, VariablesModel::NameColumn);
     const int row = m_model->catalogRow(sourceRow);
-    if (row < 0)
+    if (row < 0) {
+        // A setting's line kept from a partial read: the setting's own line, written after it, is the one that counts.
+        if (SettingCatalog::instance().indexOfSetting(name) >= 0)
+            return QStringLiteral("This line of %1 is written back as it stands, before the setting's own line, "
+                                  "which the game takes.")
+                .arg(name);
         return QStringLiteral("%1 has no control in Tarnwick: its line is written back as it stands. A value typed "
                               "here rewrites the line in its place.")
             .arg(name);
+    }
     // The setting's own help, as its control shows it.
     const SettingRow &r = SettingCatalog::instance().row(row);
     const int state = r.count == 1 ? m_doc.state(row) : 0;
@@ -270,7 +277,8 @@ bool AllVariablesPage::eventFilter(QObject *watched, QEvent *event)
 void AllVariablesPage::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    m_filterField->setFocus();
+    if (!event->spontaneous()) // not when the window comes back from the task bar
+        m_filterField->setFocus();
 }
 
 void AllVariablesPage::updateState()
