@@ -13,11 +13,17 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <csignal>
+
 int main(int argc, char **argv)
 {
     // The local zone looked up once, not again for every archive entry's time (see tarnwick-cli).
     if (!qEnvironmentVariableIsSet("TZ"))
         qputenv("TZ", ":/etc/localtime");
+#ifdef SIGXFSZ
+    // A write over the file size limit fails and is said, as a full disk is, rather than ending the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Tarnwick"));
     QApplication::setWindowIcon(AppIcon::icon());

@@ -3,6 +3,8 @@
 
 #include <QFile>
 
+#include <csignal>
+
 int main(int argc, char **argv)
 {
     // With TZ unset, the C library looks at /etc/localtime again on every local time conversion, and
@@ -10,6 +12,10 @@ int main(int argc, char **argv)
     // same zone, looked up once.
     if (!qEnvironmentVariableIsSet("TZ"))
         qputenv("TZ", ":/etc/localtime");
+#ifdef SIGXFSZ
+    // A write over the file size limit fails and is said, as a full disk is, rather than ending the program.
+    std::signal(SIGXFSZ, SIG_IGN);
+#endif
     QStringList args;
     for (int i = 1; i < argc; ++i)
         args.append(QFile::decodeName(argv[i]));

@@ -6,7 +6,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
 
 namespace {
 
@@ -113,15 +112,10 @@ bool KeepOriginal(const QString &path, QString *keptAs, QString *error)
     const QString original = path + QStringLiteral(".orig");
     if (QFileInfo::exists(original) || QFileInfo(original).isSymLink())
         return true;
-    // Written aside and renamed into place: the copy is whole or absent, and a rename never replaces a file.
-    QTemporaryFile copy(original + QStringLiteral(".XXXXXX"));
-    if (!copy.open() || copy.write(bytes) != bytes.size() || !copy.flush())
-        return fail(
-            QStringLiteral("Can't keep a copy of the original file as \"%1\": %2").arg(original, copy.errorString()));
-    if (!copy.rename(original))
-        return fail(
-            QStringLiteral("Can't keep a copy of the original file as \"%1\": %2").arg(original, copy.errorString()));
-    copy.setAutoRemove(false);
+    // Written whole or not at all, and never over a file that is there.
+    const QString reason = WholeFile::write(original, bytes, WholeFile::Existing::Keep);
+    if (!reason.isEmpty())
+        return fail(QStringLiteral("Can't keep a copy of the original file as \"%1\": %2").arg(original, reason));
     if (keptAs)
         *keptAs = original;
     return true;
