@@ -54,6 +54,13 @@ Archive openArchive(const QString &path, QString *reason)
     return archive;
 }
 
+// An entry's details, its name in UTF-8.
+bool statEntry(zip_t *archive, zip_uint64_t index, zip_stat_t *st)
+{
+    zip_stat_init(st);
+    return zip_stat_index(archive, index, ZIP_FL_ENC_GUESS, st) == 0 && st->name;
+}
+
 // Zstandard's number in the zip format; older libzip headers lack it.
 constexpr zip_uint16_t methodZstd = 93;
 
@@ -149,8 +156,7 @@ bool cUnzip::Directory(QString *error)
     QString lastFolder;
     for (zip_int64_t i = 0; i < count; ++i) {
         zip_stat_t st;
-        zip_stat_init(&st);
-        if (zip_stat_index(archive.get(), zip_uint64_t(i), ZIP_FL_ENC_GUESS, &st) != 0 || !st.name) {
+        if (!statEntry(archive.get(), zip_uint64_t(i), &st)) {
             if (error)
                 *error = QStringLiteral("Can't read the archive \"%1\": %2")
                              .arg(m_zipFile, errorText(zip_get_error(archive.get())));
@@ -240,11 +246,14 @@ bool cUnzip::Unzip(QString *error)
         if (!e.entrySelected)
             continue;
         const zip_uint64_t index = m_indexes[k];
-        const char *rawName = zip_get_name(archive.get(), index, ZIP_FL_ENC_GUESS);
-        const QString name = rawName ? QString::fromUtf8(rawName) : e.entryName;
-        const QString relative = rawName ? safeRelativePath(name) : QString();
+        zip_stat_t st;
+        const bool there = statEntry(archive.get(), index, &st);
+        const QString name = there ? QString::fromUtf8(st.name) : e.entryName;
+        const QString relative = there ? safeRelativePath(name) : QString();
+        // No more than the entry says it holds: a small entry that inflates to gigabytes fills no disk.
+        const zip_uint64_t stated = (there && (st.valid & ZIP_STAT_SIZE)) ? st.size : 0;
         if (relative.isEmpty()) {
-            problems.append(rawName
+            problems.append(there
                     ? QStringLiteral("%1: refused, it would be written outside \"%2\"").arg(name, UnzipFolder)
                     : QStringLiteral("%1: no longer in the archive").arg(name));
             continue;
@@ -274,6 +283,7 @@ bool cUnzip::Unzip(QString *error)
             continue;
         }
         bool ok = true;
+        zip_uint64_t written = 0;
         while (true) {
             const zip_int64_t n = zip_fread(in.get(), buffer.data(), zip_uint64_t(buffer.size()));
             if (n < 0) {
@@ -283,13 +293,20 @@ bool cUnzip::Unzip(QString *error)
             }
             if (n == 0)
                 break;
+            written += zip_uint64_t(n);
+            if (written > stated) {
+                problems.append(QStringLiteral("%1: larger than its stated size").arg(name));
+                ok = false;
+                break;
+            }
             if (out.write(buffer.constData(), n) != n) {
                 problems.append(QStringLiteral("%1: %2").arg(name, out.errorString()));
                 ok = false;
                 break;
             }
         }
-        if (ok && !out.commit())
+        // A buffered write that fails shows only when it is flushed: commit() alone would not notice.
+        if (ok && (!out.flush() || !out.commit()))
             problems.append(QStringLiteral("%1: %2").arg(name, out.errorString()));
     }
     return finish();
@@ -308,11 +325,9 @@ QByteArray cUnzip::FileData(int i, qint64 limit, QString *error) const
     if (!archive)
         return fail(reason);
     zip_stat_t st;
-    zip_stat_init(&st);
     // The archive may have changed since it was listed: the entry must still be there by the same name.
     const zip_uint64_t index = m_indexes[i - 1];
-    if (zip_stat_index(archive.get(), index, ZIP_FL_ENC_GUESS, &st) != 0 || !st.name
-        || !QByteArrayView(st.name).endsWith(e.entryName.toUtf8()))
+    if (!statEntry(archive.get(), index, &st) || !QByteArrayView(st.name).endsWith(e.entryName.toUtf8()))
         return fail(QStringLiteral("no longer in the archive"));
     if (!(st.valid & ZIP_STAT_SIZE) || st.size > zip_uint64_t(limit))
         return fail(QStringLiteral("larger than %1 bytes").arg(limit));

@@ -15,6 +15,9 @@ struct RawEntry
     QByteArray data = {}; // empty unless given
     bool deflate = false;
     bool encrypted = false; // only the flag: the data stays plain
+    qint64 claimedSize = -1; // the uncompressed size the headers state; -1 for the data's
+    quint32 unixMode = 0; // when not 0, made on Unix with this file mode (0120777: a symbolic link)
+    bool utf8Flag = false; // the UTF-8 flag even on a name that isn't UTF-8
 };
 
 inline quint32 crc32(QByteArrayView data)
@@ -49,16 +52,18 @@ inline QByteArray zipBytes(const QList<RawEntry> &entries)
     for (const RawEntry &e : entries) {
         // qCompress gives a length, a zlib header, the deflate stream and a checksum: keep the stream.
         const QByteArray packed = e.deflate ? qCompress(e.data).sliced(6).chopped(4) : e.data;
-        const quint32 flags = (e.encrypted ? 1 : 0) | (QString::fromUtf8(e.name).toUtf8() == e.name ? 0x800 : 0);
+        const bool utf8 = e.utf8Flag || QString::fromUtf8(e.name).toUtf8() == e.name;
+        const quint32 flags = (e.encrypted ? 1 : 0) | (utf8 ? 0x800 : 0);
+        const quint32 size = quint32(e.claimedSize < 0 ? e.data.size() : e.claimedSize);
         QByteArray common; // the fields both headers have, from the version needed on
         put(common, { 20, flags, e.deflate ? 8u : 0u, time, date }, 2);
-        put(common, { crc32(e.data), quint32(packed.size()), quint32(e.data.size()) }, 4);
+        put(common, { crc32(e.data), quint32(packed.size()), size }, 4);
         put(common, { quint32(e.name.size()), 0 }, 2);
         put(central, { 0x02014b50 }, 4);
-        put(central, { 20 }, 2);
+        put(central, { e.unixMode ? 0x0314u : 20u }, 2); // made by: Unix or not
         central += common;
         put(central, { 0, 0, 0 }, 2); // comment, disk, internal attributes
-        put(central, { 0, quint32(local.size()) }, 4); // external attributes, where the entry starts
+        put(central, { e.unixMode << 16, quint32(local.size()) }, 4); // external attributes, where the entry starts
         central += e.name;
         put(local, { 0x04034b50 }, 4);
         local += common + e.name + packed;

@@ -4,9 +4,12 @@
 #include "cUnzip.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QtEndian>
 
 using TestZip::crc32;
 using TestZip::RawEntry;
@@ -20,6 +23,64 @@ QList<RawEntry> named(const QByteArrayList &names)
     for (const QByteArray &name : names)
         entries.append({ name, name.endsWith('/') ? QByteArray() : "data of " + name });
     return entries;
+}
+
+// The end record's fields, by their place in it.
+enum EndField { EntriesOnDisk = 8, Entries = 10, DirectorySize = 12, DirectoryStart = 16 };
+
+QByteArray withEndField(QByteArray zip, EndField field, quint32 value)
+{
+    const qsizetype at = zip.size() - 22 + field;
+    if (field == Entries || field == EntriesOnDisk)
+        qToLittleEndian(quint16(value), zip.data() + at);
+    else
+        qToLittleEndian(value, zip.data() + at);
+    return zip;
+}
+
+quint32 endField(const QByteArray &zip, EndField field)
+{
+    const char *at = zip.constData() + zip.size() - 22 + field;
+    return field == Entries || field == EntriesOnDisk ? qFromLittleEndian<quint16>(at) : qFromLittleEndian<quint32>(at);
+}
+
+// The archive with ZIP64 end records before its end record, which then points at them: the only way to count more
+// than 65,535 entries. `entries` and `start` are what the ZIP64 record states.
+QByteArray withZip64End(const QByteArray &zip, quint64 entries, quint64 start)
+{
+    QByteArray out = zip.chopped(22);
+    const quint64 size = endField(zip, DirectorySize);
+    const quint64 recordAt = out.size();
+    const auto put64 = [&out](quint64 v) {
+        char bytes[8];
+        qToLittleEndian(v, bytes);
+        out.append(bytes, 8);
+    };
+    TestZip::put(out, { 0x06064b50 }, 4);
+    put64(44);
+    TestZip::put(out, { 45, 45 }, 2);
+    TestZip::put(out, { 0, 0 }, 4);
+    for (const quint64 v : { entries, entries, size, start })
+        put64(v);
+    TestZip::put(out, { 0x07064b50, 0 }, 4);
+    put64(recordAt);
+    TestZip::put(out, { 1 }, 4);
+    TestZip::put(out, { 0x06054b50 }, 4);
+    TestZip::put(out, { 0, 0, 0xffff, 0xffff }, 2);
+    TestZip::put(out, { 0xffffffff, 0xffffffff }, 4);
+    TestZip::put(out, { 0 }, 2);
+    return out;
+}
+
+// Every file below `folder`, "/"-separated from it.
+QStringList filesBelow(const QString &folder)
+{
+    QStringList files;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);
+    while (it.hasNext())
+        files.append(QDir(folder).relativeFilePath(it.next()));
+    files.sort();
+    return files;
 }
 
 } // namespace
@@ -196,6 +257,114 @@ private Q_SLOTS:
         zip.OverwriteExisting = true;
         QVERIFY(zip.Unzip());
         QCOMPARE(readTestFile(file), QByteArray("data of a.cfg"));
+    }
+
+    // Archives damaged or made to harm: each lists correctly or says why it can't, extracts nothing outside its
+    // folder, and tarnwick-cli pk3 ends with 0 or 1 (a crash or a hang would fail the row).
+    void hostileArchives_data()
+    {
+        QTest::addColumn<QByteArray>("zip");
+        QTest::addColumn<QStringList>("listed"); // "folder|name" each; empty when the listing fails
+        QTest::addColumn<QStringList>("extracted"); // the files below the extraction folder afterwards
+        QTest::addColumn<int>("refused"); // the lines of the extraction's message
+
+        const QList<RawEntry> three = named({ "maps/q3dm17.bsp", "scripts/a.shader", "b.cfg" });
+        const QByteArray plain = zipBytes(three);
+        const QStringList threeListed { "maps|q3dm17.bsp", "scripts|a.shader", "|b.cfg" };
+        const QStringList threeFiles { "b.cfg", "maps/q3dm17.bsp", "scripts/a.shader" };
+        const quint32 start = endField(plain, DirectoryStart);
+        const auto unreadable = [](const char *tag, const QByteArray &zip) {
+            QTest::newRow(tag) << zip << QStringList() << QStringList() << 1;
+        };
+        const auto row
+            = [](const char *tag, const QByteArray &zip, const QStringList &listed, const QStringList &extracted,
+                  int refused) { QTest::newRow(tag) << zip << listed << extracted << refused; };
+        unreadable("truncated in an entry's data", plain.first(40));
+        unreadable("truncated in the central directory", plain.first(start + 20));
+        unreadable("truncated in the end record", plain.chopped(5));
+        unreadable("central directory past the end", withEndField(plain, DirectoryStart, plain.size() + 100));
+        unreadable("central directory inside the data", withEndField(plain, DirectoryStart, start - 7));
+        unreadable(
+            "more entries counted than there are", withEndField(withEndField(plain, Entries, 9), EntriesOnDisk, 9));
+        unreadable(
+            "fewer entries counted than there are", withEndField(withEndField(plain, Entries, 2), EntriesOnDisk, 2));
+        // Two entries of the central directory at the same local header: each is read from it.
+        QByteArray overlapping = zipBytes(named({ "a.cfg", "b.cfg" }));
+        const quint32 second = endField(overlapping, DirectoryStart) + 46 + 5 + 42;
+        qToLittleEndian(quint32(0), overlapping.data() + second);
+        row("overlapping entries", overlapping, { "|a.cfg", "|b.cfg" }, { "a.cfg" }, 1);
+        QList<RawEntry> many;
+        QStringList manyListed;
+        for (int i = 0; i < 65536; ++i) {
+            many.append({ "e/" + QByteArray::number(i) });
+            manyListed.append("e|" + QString::number(i));
+        }
+        const QByteArray manyZip = zipBytes(many);
+        row("65,536 entries", withZip64End(manyZip, 65536, endField(manyZip, DirectoryStart)), manyListed, {}, -1);
+        unreadable("ZIP64 record claiming 2^40 entries", withZip64End(plain, quint64(1) << 40, start));
+        QByteArray comment = plain.chopped(2);
+        const QByteArray fake = withEndField(withEndField(plain.right(22), Entries, 1), DirectoryStart, 3);
+        TestZip::put(comment, { quint32(fake.size()) }, 2);
+        row("comment that looks like an end record", comment + fake, threeListed, threeFiles, 0);
+        row("names with ..", zipBytes(named({ "../up.cfg", "maps/../../up2.cfg", "ok/../in.cfg" })),
+            { "..|up.cfg", "maps\\..\\..|up2.cfg", "ok\\..|in.cfg" }, {}, 3);
+        row("absolute names", zipBytes(named({ "/etc/passwd", "//server/share/x" })),
+            { "/etc|passwd", "/\\server\\share|x" }, {}, 2);
+        row("backslashes", zipBytes(named({ "..\\..\\evil.cfg", "maps\\ok.cfg" })),
+            { "..\\..|evil.cfg", "maps|ok.cfg" }, { "maps/ok.cfg" }, 1);
+        row("drive letters", zipBytes(named({ "C:\\evil.cfg", "c:evil2.cfg", "d:/evil3.cfg" })),
+            { "C:|evil.cfg", "|c:evil2.cfg", "d:|evil3.cfg" }, {}, 3);
+        // libzip reads a NUL byte in a name as a blank.
+        row("NUL bytes in names", zipBytes({ { QByteArray("safe.cfg\0../../evil.cfg", 23), "x" } }),
+            { "safe.cfg ..\\..|evil.cfg" }, {}, 1);
+        // libzip refuses the whole archive over a name that says it is UTF-8 and isn't; without the flag such a name
+        // reads as code page 437 (see listing).
+        unreadable("invalid UTF-8 names", zipBytes({ { "bad\xff\xfe.cfg", "x", false, false, -1, 0, true } }));
+        row("entry claiming 4 GB", zipBytes({ { "huge.bsp", "small", false, false, 0xfffffffe } }), { "|huge.bsp" }, {},
+            1);
+        // Deflated zeros that say they are 1000 bytes: 32 MB once inflated.
+        row("deflate bomb", zipBytes({ { "bomb.cfg", QByteArray(32 << 20, '\0'), true, false, 1000 } }),
+            { "|bomb.cfg" }, {}, 1);
+        row("encrypted entry", zipBytes({ { "locked.cfg", "x", false, true } }), { "|locked.cfg" }, {}, 1);
+        // A symbolic link comes out as a file holding its target; nothing goes through it.
+        row("link entry", zipBytes({ { "link", "..", false, false, -1, 0120777 }, { "link/escape.cfg", "x" } }),
+            { "|link", "link|escape.cfg" }, { "link" }, 1);
+    }
+
+    void hostileArchives()
+    {
+        QFETCH(QByteArray, zip);
+        QFETCH(QStringList, listed);
+        QFETCH(QStringList, extracted);
+        QFETCH(int, refused);
+        const QString path = writeTestFile(m_dir.filePath(QStringLiteral("hostile.pk3")), zip);
+        cUnzip archive;
+        archive.setZipFile(path);
+        QString error;
+        QCOMPARE(archive.Directory(&error), !listed.isEmpty());
+        QStringList got;
+        for (int i = 1; i <= archive.FileCount(); ++i)
+            got.append(archive.FileDirectory(i) + u'|' + archive.Filename(i));
+        QCOMPARE(got, listed);
+        if (listed.isEmpty())
+            QVERIFY2(error.startsWith(QStringLiteral("Can't read the archive \"%1\": ").arg(path)), qPrintable(error));
+
+        QTemporaryDir box; // holds the extraction folder and nothing else
+        const QString out = box.filePath(QStringLiteral("out"));
+        archive.UnzipFolder = out;
+        if (!listed.isEmpty() && refused >= 0) {
+            QCOMPARE(archive.Unzip(&error), refused == 0);
+            QCOMPARE(error.isEmpty() ? 0 : error.count(u'\n') + 1, refused);
+            QCOMPARE(filesBelow(out), extracted);
+        }
+        QCOMPARE(QDir(box.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden),
+            filesBelow(out).isEmpty() && !QFileInfo::exists(out) ? QStringList() : QStringList { "out" });
+
+        QProcess cli;
+        cli.start(QStringLiteral(TARNWICK_CLI), { QStringLiteral("pk3"), path });
+        QVERIFY(cli.waitForFinished(20000));
+        QCOMPARE(cli.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(cli.exitCode(), listed.isEmpty() ? 1 : 0);
     }
 
 private:
