@@ -1,5 +1,7 @@
-// The timedemo list and the game's command line, from game, home and PATH folders built here.
+// The timedemo list and the game's command line, from game, home and PATH folders built here; both scans of the
+// game's archives when the folder goes away under them.
 #include "GameLaunch.h"
+#include "PlayerModels.h"
 #include "TestGameFiles.h"
 
 using TestGameFiles::make;
@@ -66,6 +68,54 @@ private Q_SLOTS:
         QCOMPARE(request.program, expected.value(0));
         QCOMPARE(request.arguments, expected.mid(1) + parameters);
         QCOMPARE(request.workingFolder, root.filePath("game"));
+    }
+
+    void folderGoesDuringAScan_data()
+    {
+        QTest::addColumn<bool>("models"); // the player model scan, else the timedemo list
+        QTest::addColumn<QString>("removed"); // what goes after the first archive is read
+        for (const bool models : { false, true }) {
+            const char *scan = models ? "models" : "demos";
+            QTest::addRow("%s: the game folder", scan) << models << "game";
+            QTest::addRow("%s: the next archive", scan) << models << "game/baseq3/b.pk3";
+            QTest::addRow("%s: the home folder", scan) << models << "home";
+        }
+    }
+
+    // The scan ends with what it found; the archives it could no longer read are named for the one report.
+    void folderGoesDuringAScan()
+    {
+        QFETCH(bool, models);
+        QFETCH(QString, removed);
+        QTemporaryDir root;
+        make(root,
+            { "game/baseq3/a.pk3:a.dm3,models/players/a/icon_x.tga",
+                "game/baseq3/b.pk3:b.dm3,models/players/b/icon_x.tga",
+                "home/.q3a/baseq3/h.pk3:h.dm3,models/players/h/icon_x.tga" });
+        qputenv("HOME", QFile::encodeName(root.filePath("home")));
+        int archives = 0;
+        const auto remove = [&] {
+            if (++archives == 1)
+                QVERIFY(QFileInfo(root.filePath(removed)).isDir() ? QDir(root.filePath(removed)).removeRecursively()
+                                                                  : QFile::remove(root.filePath(removed)));
+        };
+        QStringList found;
+        QStringList unreadable;
+        if (models) {
+            const PlayerModels::ModelTree tree = PlayerModels::ScanPlayerModels(root.filePath("game"), remove);
+            for (const PlayerModels::Model &model : tree.models)
+                found.append(model.label.toLower());
+            unreadable = tree.unreadable;
+        } else {
+            const GameLaunch::DemoList list = GameLaunch::FillDemoList(root.filePath("game"), remove);
+            for (const GameLaunch::Demo &demo : list.demos)
+                found.append(demo.name);
+            unreadable = list.unreadable;
+        }
+        // A folder gone before its archives are looked for has none to name.
+        const QStringList gone = removed == u"home" ? QStringList() : QStringList { "game/baseq3/b.pk3" };
+        QCOMPARE(unreadable, under(root, gone));
+        QCOMPARE(found, (removed == u"home" ? QStringList { "a", "b" } : QStringList { "a", "h" }));
     }
 };
 
