@@ -3,6 +3,7 @@
 #include <QCryptographicHash>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QLockFile>
@@ -14,6 +15,11 @@
 #include <algorithm>
 #include <optional>
 
+#ifdef Q_OS_UNIX
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 namespace {
 
 // What a later copy sends when it was started without a command line: "just come to the front".
@@ -22,7 +28,33 @@ const QByteArray restoreOnly(1, '\0');
 QString defaultFolder()
 {
     const QString runtime = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
-    return runtime.isEmpty() ? QDir::tempPath() : runtime;
+    if (!runtime.isEmpty())
+        return runtime;
+#ifdef Q_OS_UNIX
+    // No runtime folder of the user's own (Qt refuses one another user made first): a folder of his own in the
+    // temporary folder, never that shared folder itself, where another user's lock or socket could be waiting.
+    return QDir::tempPath() + QStringLiteral("/tarnwick-") + QString::number(geteuid());
+#else
+    return QDir::tempPath();
+#endif
+}
+
+// Whether the folder is the user's alone, made so when it is missing: his own, no link, and nobody else may put
+// anything in it (a lock that keeps him out, a socket that reads his command lines).
+bool isOwnFolder(const QString &folder)
+{
+#ifdef Q_OS_UNIX
+    const QByteArray path = QFile::encodeName(folder);
+    ::mkdir(path.constData(), 0700);
+    struct stat st;
+    if (::lstat(path.constData(), &st) != 0 || !S_ISDIR(st.st_mode) || st.st_uid != geteuid()
+        || (st.st_mode & (S_IWGRP | S_IWOTH)) != 0)
+        return false;
+    return (st.st_mode & 077) == 0 || ::chmod(path.constData(), 0700) == 0;
+#else
+    Q_UNUSED(folder);
+    return true;
+#endif
 }
 
 // The text a later copy sent; nothing for a payload that is not one (empty, holding a zero byte, not UTF-8).
@@ -57,6 +89,10 @@ bool SingleInstance::IsFirstInstance()
 {
     if (hasLock())
         return true;
+    if (m_defaultFolder && !isOwnFolder(m_folder)) {
+        qWarning("SingleInstance: %s is not the user's own folder; running without the lock", qUtf8Printable(m_folder));
+        return true;
+    }
     QDir().mkpath(m_folder);
     auto lock = std::make_unique<QLockFile>(QDir(m_folder).filePath(lockFileName()));
     // Never stale by age: only a lock whose process is gone (a crashed copy) is taken over.

@@ -18,13 +18,15 @@ class SingleInstance : public QObject
     Q_OBJECT
 
 public:
-    /// `folder`: where the lock file and the socket live; empty for the user's runtime (or temporary) folder.
+    /// `folder`: where the lock file and the socket live; empty for the user's runtime folder, or without one a
+    /// folder of his own in the temporary folder (tarnwick-UID, made with no access for others).
     explicit SingleInstance(const QString &folder = QString(), QObject *parent = nullptr);
     ~SingleInstance() override; // releases the lock and stops listening
 
     /// Takes the lock. True for the first copy, which then listens for later copies; false when another live copy
     /// holds it. When the lock can't be created at all (e.g. the folder is not writable) this copy runs as a first
-    /// copy without a lock and without listening: true, and hasLock() says false.
+    /// copy without a lock and without listening: true, and hasLock() says false. The same happens when the default
+    /// folder is not the user's alone (another user's, a link, one others may write in).
     bool IsFirstInstance();
     bool hasLock() const;
     /// A later copy: sends `commandLine` to the first copy. False when no first copy answered within `timeoutMs`,
