@@ -11,6 +11,7 @@
 #include "WholeFile.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -60,8 +61,9 @@ bool save(Kind kind, const QString &path, QString *error)
 }
 
 // `tst_FailureInjection --child save KIND PATH`, `--child open PATH`: one save or open, its message on standard
-// output, exit status 0 or 1. `--child saves PATH [named]`: opens PATH, then saves it over and over until killed
-// (with "named", through temporary files with a name, as on file systems without unnamed ones).
+// output, exit status 0 or 1. `--child saves PATH [named]`: opens PATH, says "opened", then saves it over and
+// over, saying "saved" each time, until killed (with "named", through temporary files with a name, as on file
+// systems without unnamed ones).
 void runChildWhenAsked()
 {
     const QStringList args = QCoreApplication::arguments();
@@ -78,9 +80,13 @@ void runChildWhenAsked()
         WholeFile::setUnnamedFiles(args.value(4) != u"named");
         ConfigDocument doc;
         done = OpenCfgFile(doc, args.value(3), &error);
+        std::puts("opened");
+        std::fflush(stdout);
         for (int fov = 90; done; fov = 190 - fov) {
             setFov(doc, fov);
             done = saveConfig(doc, args.value(3), &error);
+            std::puts("saved");
+            std::fflush(stdout);
         }
     }
     std::fputs(qPrintable(error), stdout);
@@ -280,7 +286,7 @@ private Q_SLOTS:
         QTemporaryDir root;
         const QString path = root.filePath(QStringLiteral("q3config.cfg"));
         QByteArray old = playersFile;
-        for (int i = 0; old.size() < 3 * 1024 * 1024; ++i)
+        for (int i = 0; old.size() < 1024 * 1024; ++i)
             old += "seta player_note_" + QByteArray::number(i) + " \"a line the save keeps as it stands\"\r\n";
         // What the child's saves write, with cg_fov 90 and 100 in turn.
         QList<QByteArray> saved;
@@ -291,19 +297,40 @@ private Q_SLOTS:
             setFov(doc, fov);
             saved.append(ConfigWriter::fileBytes(doc, FileScope::Whole));
         }
-        int leftovers = 0;
-        for (int delay : { 0, 10, 20, 30, 40, 50, 60, 70, 80, 100, 130, 160, 200, 250 }) {
+        // How long the first three saves take here, the original kept first: the kills fall across that time.
+        const auto start = [&](bool afterRead) {
             QFile::remove(path + QStringLiteral(".orig"));
             writeTestFile(path, old);
-            const std::unique_ptr<QProcess> child(
+            std::unique_ptr<QProcess> child(
                 startChild({ QStringLiteral("saves"), path, named ? QStringLiteral("named") : QString() }));
-            QVERIFY(child->waitForStarted());
-            QThread::msleep(delay);
+            afterRead ? child->waitForReadyRead(20000) : child->waitForStarted();
+            return child;
+        };
+        qint64 span = 0;
+        {
+            const std::unique_ptr<QProcess> child = start(true);
+            QElapsedTimer clock;
+            clock.start();
+            QByteArray said = child->readAllStandardOutput();
+            while (said.count("saved") < 3 && child->waitForReadyRead(20000))
+                said += child->readAllStandardOutput();
+            span = clock.elapsed();
+            child->kill();
+            child->waitForFinished();
+        }
+        int leftovers = 0, stillOld = 0;
+        // Killed at once (during start-up and the read), or that part of the span after the child has read the
+        // file: as it keeps the original, saves, and between saves.
+        const double moments[] = { -1, 0, 0.05, 0.1, 0.15, 0.2, 0.3, 0.4, 0.5, 0.65, 0.8, 1 };
+        for (const double moment : moments) {
+            const std::unique_ptr<QProcess> child = start(moment >= 0);
+            QThread::msleep(qRound64(std::max(0.0, moment) * span));
             child->kill();
             QVERIFY(child->waitForFinished());
             QCOMPARE(child->exitStatus(), QProcess::CrashExit);
             const QByteArray now = readTestFile(path);
-            QVERIFY2(now == old || saved.contains(now), qPrintable(QStringLiteral("mixed after %1 ms").arg(delay)));
+            QVERIFY2(now == old || saved.contains(now), qPrintable(QStringLiteral("mixed at %1").arg(moment)));
+            stillOld += now == old;
             QStringList after = entries(root.path());
             QVERIFY(after.removeOne(QStringLiteral("q3config.cfg")));
             if (after.removeOne(QStringLiteral("q3config.cfg.orig")))
@@ -323,7 +350,9 @@ private Q_SLOTS:
                 QCOMPARE(after, QStringList { "q3config.cfg" });
             }
         }
-        qInfo("%d killed saves left a file beside the configuration for the next save to remove", leftovers);
+        qInfo("three saves in %lld ms; of %d kills, %d found the old file, %d a saved one; %d left a file for the next "
+              "save to remove",
+            span, int(std::size(moments)), stillOld, int(std::size(moments)) - stillOld, leftovers);
     }
 
     // Only what a killed save of that very file leaves goes; files that merely look alike stay.
