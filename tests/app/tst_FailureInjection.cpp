@@ -355,6 +355,21 @@ private Q_SLOTS:
             span, int(std::size(moments)), stillOld, int(std::size(moments)) - stillOld, leftovers);
     }
 
+    // A save writes through a link to the file, which stays a link, and keeps the file's permissions.
+    void saveKeepsLinksAndPermissions()
+    {
+        QTemporaryDir root;
+        const QString file = writeTestFile(root.filePath(QStringLiteral("real.cfg")), "old");
+        const QString link = root.filePath(QStringLiteral("q3config.cfg"));
+        QVERIFY(QFile::link(QStringLiteral("real.cfg"), link));
+        QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup));
+        QVERIFY(WriteWholeFile(link, "new"));
+        QVERIFY(QFileInfo(link).isSymLink());
+        QCOMPARE(readTestFile(file), QByteArray("new"));
+        QCOMPARE(QFile::permissions(file) & 0x0777, QFile::Permissions(0x0640));
+        QCOMPARE(entries(root.path()), (QStringList { "q3config.cfg", "real.cfg" }));
+    }
+
     // Only what a killed save of that very file leaves goes; files that merely look alike stay.
     void leftoversOfKilledSavesGo()
     {
