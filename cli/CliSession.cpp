@@ -2,6 +2,7 @@
 
 #include "CfgText.h"
 #include "ConfigReader.h"
+#include "ConfigSearch.h"
 #include "ConfigWriter.h"
 #include "Defaults.h"
 #include "GameFolder.h"
@@ -10,6 +11,7 @@
 #include "Variables.h"
 #include "cUnzip.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QtEndian>
@@ -183,6 +185,8 @@ QString CliSession::usage()
         "                                           then MODEL/SKIN for each of its skins; with --icons each skin's\n"
         "                                           line ends in a tab and its icon's WIDTHxHEIGHT, or \"no picture\"\n"
         "                                           (exit status 3 when any icon is no picture)\n"
+        "  tarnwick-cli find ROOT...                the q3config.cfg files (any case) under each ROOT in turn, one\n"
+        "                                           full path a line, in the order the search dialog lists them\n"
         "  tarnwick-cli start GAMEDIR [DEMO]        what starting the game (a timedemo of DEMO) would run: the\n"
         "                                           program, then each argument, one a line; nothing starts\n"
         "  tarnwick-cli script FILE                 run the commands of FILE (\"-\" = standard input), one a line:\n"
@@ -258,6 +262,8 @@ int CliSession::run(const QStringList &args)
         return models(args[1], false);
     if (command == u"models" && count == 3 && args[1] == u"--icons")
         return models(args[2], true);
+    if (command == u"find" && count >= 2)
+        return find(args.mid(1));
     if (command == u"start" && (count == 2 || count == 3))
         return start(args[1], args.value(2));
     if (command == u"script" && count == 2) {
@@ -525,6 +531,53 @@ int CliSession::models(const QString &gameFolder, bool icons)
     }
     const int written = writeLines(lines);
     return written == Success && !allPictures ? NoPicture : written;
+}
+
+int CliSession::find(const QStringList &roots)
+{
+    // A walk over a whole disk prints as it goes, through one buffer.
+    class Printer final : public ConfigSearch::Visitor
+    {
+    public:
+        explicit Printer(FILE *out)
+            : m_out(out)
+        { }
+        bool enter(const QByteArray &) override { return true; }
+        bool found(const QByteArray &path) override
+        {
+            m_buffer += path;
+            m_buffer += '\n';
+            return m_buffer.size() < 65536 || flush();
+        }
+        bool flush()
+        {
+            const bool written
+                = std::fwrite(m_buffer.constData(), 1, size_t(m_buffer.size()), m_out) == size_t(m_buffer.size());
+            m_buffer.clear();
+            m_failed = m_failed || !written;
+            return written;
+        }
+        bool failed() const { return m_failed; }
+
+    private:
+        FILE *m_out;
+        QByteArray m_buffer;
+        bool m_failed = false;
+    };
+
+    Printer printer(m_out);
+    ConfigSearch::Walker walker(ConfigSearch::fileName, printer);
+    int exit = Success;
+    for (const QString &root : roots) {
+        const QString folder = QDir::cleanPath(QDir::current().absoluteFilePath(root));
+        if (walker.SearchDirs(ConfigSearch::walkPath(folder)) == ConfigSearch::Walker::Outcome::Unreadable)
+            exit = fail(QStringLiteral("cannot read the folder \"%1\"").arg(root));
+        if (printer.failed())
+            break;
+    }
+    if (!printer.flush() || printer.failed() || std::fflush(m_out) != 0)
+        return fail(QStringLiteral("could not write to standard output"));
+    return exit;
 }
 
 int CliSession::start(const QString &gameFolder, const QString &demo)

@@ -41,6 +41,7 @@ private:
     int check(const QString &path);
     int demos(const QString &gameFolder);
     int models(const QString &gameFolder, bool icons);
+    int find(const QStringList &roots);
     static QString skippedArchives(const QStringList &paths);
     int start(const QString &gameFolder, const QString &demo);
     std::optional<GameLaunch::DemoList> demoList(const QString &gameFolder);

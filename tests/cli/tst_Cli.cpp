@@ -62,6 +62,7 @@ private Q_SLOTS:
         row("check: two files", { "check", "a.cfg", "b.cfg" }, 2);
         row("demos: no game", { "demos", "." }, 1, "tarnwick-cli: \".\" holds no game program");
         row("models: no game", { "models", "." }, 1, "tarnwick-cli: \".\" holds no game program");
+        row("find: no folder", { "find" }, 2);
     }
 
     void exitCodes()
@@ -184,6 +185,24 @@ private Q_SLOTS:
         QCOMPARE(run({ "start", at("q3") }).out, engine);
         QCOMPARE(run({ "start", at("q3"), "intro" }).out, engine + "+timedemo\n1\n+demo\nintro.dm3\n");
         QCOMPARE(run({ "start", at("q3"), "Intro" }).code, 1);
+    }
+
+    // The config search's walk: each root in turn, full paths in walk order, an earlier root not walked again, a
+    // root that can't be read said while the others are still walked.
+    void find()
+    {
+        for (const QString &name : QStringList { "walk/b/q3config.cfg", "walk/A/Q3CONFIG.CFG", "walk/q3config.cfg" }) {
+            QVERIFY(QDir(m_dir.path()).mkpath(QFileInfo(at(name)).path()));
+            write(name, {});
+        }
+        QVERIFY(QDir::setCurrent(m_dir.path()));
+        const Result r = run({ "find", at("walk/b"), "missing", "walk/" });
+        QCOMPARE(r.out,
+            (QStringList { at("walk/b/q3config.cfg"), at("walk/q3config.cfg"), at("walk/A/Q3CONFIG.CFG"), "" })
+                .join(u'\n')
+                .toUtf8());
+        QCOMPARE(r.err, QByteArray("tarnwick-cli: cannot read the folder \"missing\"\n"));
+        QCOMPARE(r.code, 1);
     }
 
     void topLevelCommands()
