@@ -16,6 +16,7 @@
 #include "Pk3ExplorerPage.h"
 #include "PopMenu.h"
 #include "Prompts.h"
+#include "SearchCommands.h"
 #include "SettingsPage.h"
 #include "TitleStrip.h"
 #include "Twips.h"
@@ -108,6 +109,7 @@ frmMain::frmMain(QWidget *parent)
     m_commands->setHandler(QStringLiteral("Options1"), [this] { m_settings->showOptions(); });
     new GameCommands(*this, m_gate, *m_settings, *m_commands, this); // the window owns it
     buildPreview();
+    new SearchCommands(*this, m_gate, *m_documentCommands, *m_commands, this);
     m_gate.setActiveDialogWindow(this);
     m_gate.setHotKeysEnabled(true);
 

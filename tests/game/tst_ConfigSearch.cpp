@@ -1,8 +1,10 @@
-// The walk for q3config.cfg over trees built here.
+// The walk for q3config.cfg over trees built here, and the search dialog running it.
 #include "ConfigSearch.h"
 #include "TestFiles.h"
+#include "frmSearch.h"
 
 #include <QtTest>
+#include <QtWidgets>
 
 using ConfigSearch::Walker;
 
@@ -47,6 +49,22 @@ private:
     std::function<void(const QByteArray &)> m_onEnter;
 };
 
+template <typename T = QWidget> T *find(const QObject *root, const char *name)
+{
+    T *widget = root->findChild<T *>(QString::fromLatin1(name));
+    if (!widget)
+        qFatal("no widget %s", name);
+    return widget;
+}
+
+QStringList items(const QComboBox *list)
+{
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i)
+        texts.append(list->itemText(i));
+    return texts;
+}
+
 } // namespace
 
 class tst_ConfigSearch : public QObject
@@ -54,6 +72,8 @@ class tst_ConfigSearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void cleanup() { ConfigSearch::BackgroundWalk::setFolderHook({}); }
+
     void walk_data()
     {
         QTest::addColumn<QStringList>("tree");
@@ -107,7 +127,129 @@ private Q_SLOTS:
             Walker(ConfigSearch::fileName, recorder).SearchDirs(QFile::encodeName(root.path())), Walker::Outcome::Done);
         QCOMPARE(recorder.matches, (QStringList { "a/q3config.cfg", "c/q3config.cfg" }));
     }
+
+    void searchShowsWhatItFound_data()
+    {
+        QTest::addColumn<QStringList>("tree");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("none") << QStringList { "a/b.cfg" } << "No config files found.";
+        QTest::newRow("one") << QStringList { "a/q3config.cfg" } << "Found 1 config file.";
+        QTest::newRow("three") << QStringList { "a/q3config.cfg", "b/Q3CONFIG.cfg", "c/q3config.cfg" }
+                               << "Found 3 config files.";
+    }
+
+    void searchShowsWhatItFound()
+    {
+        QFETCH(QStringList, tree);
+        QFETCH(QString, text);
+        QTemporaryDir root;
+        make(root, tree);
+        frmSearch dialog;
+        dialog.setPlaces({ { root.path() + u'/', "test" } });
+        dialog.show();
+        find<QPushButton>(&dialog, "cmdSearch")->click();
+        QTRY_VERIFY(!dialog.searching());
+        const auto *results = find<QComboBox>(&dialog, "cbResults");
+        QCOMPARE(find<QLabel>(&dialog, "lblSearching")->text(), text);
+        QCOMPARE(results->count(), tree.filter("q3config", Qt::CaseInsensitive).size());
+        QCOMPARE(results->currentIndex(), results->count() > 0 ? 0 : -1);
+        if (results->count() > 0)
+            QCOMPARE(results->currentText(), root.filePath("a/q3config.cfg"));
+        QCOMPARE(find<QPushButton>(&dialog, "cmdLoad")->isEnabled(), results->count() > 0);
+        verifyIdle(dialog);
+    }
+
+    void stoppingKeepsWhatWasFound_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::newRow("Stop") << "Stop";
+        QTest::newRow("Esc") << "Esc";
+        QTest::newRow("close, which is refused") << "close";
+    }
+
+    void stoppingKeepsWhatWasFound()
+    {
+        QFETCH(QString, how);
+        QTemporaryDir root;
+        make(root, { "a/q3config.cfg", "b/q3config.cfg", "c/q3config.cfg", "d/q3config.cfg" });
+        // The walk waits at "c" until the test has stopped it.
+        QSemaphore atC;
+        QSemaphore goOn;
+        const auto release = qScopeGuard([&] { goOn.release(); }); // also when a check fails
+        ConfigSearch::BackgroundWalk::setFolderHook([&](const QString &folder) {
+            if (folder.endsWith("/c/")) {
+                atC.release();
+                goOn.acquire();
+            }
+        });
+        frmSearch dialog;
+        dialog.setPlaces({ { root.path(), "test" } });
+        dialog.show();
+        auto *search = find<QPushButton>(&dialog, "cmdSearch");
+        search->click();
+        QVERIFY(atC.tryAcquire(1, 5000));
+        const auto *results = find<QComboBox>(&dialog, "cbResults");
+        QTRY_COMPARE(results->count(), 2);
+        // The searching look, with the running count.
+        QCOMPARE(search->text(), QStringLiteral("&Stop"));
+        for (const char *name : { "Check1", "Drive1", "cbResults", "cmdLoad", "cmdCancel" })
+            QVERIFY2(!find(&dialog, name)->isEnabled(), name);
+        QTRY_COMPARE(find<QLabel>(&dialog, "lblSearching")->text(), "      Searching " + root.filePath("c/"));
+        QVERIFY(find<QLabel>(&dialog, "lblFound")->isVisible());
+        QCOMPARE(find<QLabel>(&dialog, "lblFound")->text(), QStringLiteral("Found 2 config files."));
+
+        if (how == u"Stop")
+            search->click();
+        else if (how == u"Esc")
+            QTest::keyClick(&dialog, Qt::Key_Escape);
+        else
+            QVERIFY(!dialog.close());
+        goOn.release();
+        QTRY_VERIFY(!dialog.searching());
+        QVERIFY(dialog.isVisible());
+        QCOMPARE(items(results), (QStringList { root.filePath("a/q3config.cfg"), root.filePath("b/q3config.cfg") }));
+        QCOMPARE(results->currentIndex(), 0);
+        QCOMPARE(find<QLabel>(&dialog, "lblSearching")->text(), QStringLiteral("Found 2 config files."));
+        verifyIdle(dialog);
+        // Idle, Esc is Cancel: the dialog hides and keeps its list.
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+        QVERIFY(!dialog.isVisible());
+        QCOMPARE(results->count(), 2);
+    }
+
+    void allDrives()
+    {
+        QTemporaryDir first;
+        QTemporaryDir second;
+        make(first, { "q3config.cfg" });
+        make(second, { "x/q3config.cfg" });
+        frmSearch dialog;
+        dialog.setPlaces({ { first.path(), "one" }, { second.path(), "two" } });
+        dialog.show();
+        auto *check = find<QCheckBox>(&dialog, "Check1");
+        auto *drive = find<QComboBox>(&dialog, "Drive1");
+        QVERIFY(!check->isChecked() && drive->isEnabled() && !find(&dialog, "lblDisTxt")->isVisible());
+        drive->setCurrentIndex(1);
+        check->click();
+        QVERIFY(!drive->isEnabled());
+        QVERIFY(find(&dialog, "lblDisTxt")->isVisible() && !find(&dialog, "lblLookIn")->isVisible());
+        // Every place, in the list's order, whichever is selected.
+        find<QPushButton>(&dialog, "cmdSearch")->click();
+        QTRY_VERIFY(!dialog.searching());
+        QCOMPARE(items(find<QComboBox>(&dialog, "cbResults")),
+            (QStringList { first.filePath("q3config.cfg"), second.filePath("x/q3config.cfg") }));
+        QVERIFY(!drive->isEnabled()); // the box still checked
+    }
+
+private:
+    static void verifyIdle(const frmSearch &dialog)
+    {
+        QCOMPARE(find<QPushButton>(&dialog, "cmdSearch")->text(), QStringLiteral("&Search"));
+        QVERIFY(!find(&dialog, "lblFound")->isVisible());
+        for (const char *name : { "Check1", "Drive1", "cbResults", "cmdCancel" })
+            QVERIFY2(find(&dialog, name)->isEnabled(), name);
+    }
 };
 
-QTEST_GUILESS_MAIN(tst_ConfigSearch)
+QTEST_MAIN(tst_ConfigSearch)
 #include "tst_ConfigSearch.moc"
