@@ -6,6 +6,10 @@
 #include <QtTest>
 #include <QtWidgets>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 using ConfigSearch::Walker;
 
 namespace {
@@ -126,6 +130,32 @@ private Q_SLOTS:
         QCOMPARE(
             Walker(ConfigSearch::fileName, recorder).SearchDirs(QFile::encodeName(root.path())), Walker::Outcome::Done);
         QCOMPARE(recorder.matches, (QStringList { "a/q3config.cfg", "c/q3config.cfg" }));
+    }
+
+    void hostileTree()
+    {
+        // A chain of 5,000 folders (deeper than a path can name), a link looping back up at its foot and
+        // another at its head: the walk ends, finds what a path can reach, and reports only real files.
+        QTemporaryDir root;
+        make(root, { "d/q3config.cfg", "up>." });
+        int fd = ::open(QFile::encodeName(root.filePath("d")).constData(), O_RDONLY | O_DIRECTORY);
+        QVERIFY(fd >= 0);
+        for (int depth = 0; depth < 5000; ++depth) {
+            QVERIFY(::mkdirat(fd, "d", 0700) == 0);
+            const int next = ::openat(fd, "d", O_RDONLY | O_DIRECTORY);
+            ::close(fd);
+            QVERIFY(next >= 0);
+            fd = next;
+        }
+        QVERIFY(::symlinkat("../..", fd, "loop") == 0);
+        QVERIFY(::close(::openat(fd, "q3config.cfg", O_WRONLY | O_CREAT, 0600)) == 0);
+        ::close(fd);
+        Recorder recorder(root.path());
+        QCOMPARE(
+            Walker(ConfigSearch::fileName, recorder).SearchDirs(QFile::encodeName(root.path())), Walker::Outcome::Done);
+        QCOMPARE(recorder.matches.value(0), QStringLiteral("d/q3config.cfg"));
+        QCOMPARE(recorder.matches.size(), 1);
+        QVERIFY(QProcess::execute(QStringLiteral("rm"), { QStringLiteral("-rf"), root.path() }) == 0);
     }
 
     void searchShowsWhatItFound_data()
