@@ -57,8 +57,9 @@ bool isOwnFolder(const QString &folder)
 #endif
 }
 
-// The text a later copy sent; nothing for a payload that is not one (empty, holding a zero byte, not UTF-8).
-std::optional<QString> decodePayload(const QByteArray &payload)
+} // namespace
+
+std::optional<QString> SingleInstance::decodePayload(const QByteArray &payload)
 {
     if (payload == restoreOnly)
         return QString();
@@ -71,8 +72,6 @@ std::optional<QString> decodePayload(const QByteArray &payload)
         return std::nullopt;
     return text;
 }
-
-} // namespace
 
 SingleInstance::SingleInstance(const QString &folder, QObject *parent)
     : QObject(parent)

@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 class QLocalServer;
 class QLocalSocket;
@@ -42,6 +43,9 @@ public:
     static constexpr qsizetype maxPayload() { return 64 * 1024; }
     /// How long (ms) a later copy may stay connected; a connection open longer is dropped.
     static constexpr int connectionTimeoutMs() { return 2000; }
+    /// The text a later copy sent (empty: only come to the front); nothing for a payload that is not one (empty,
+    /// holding a zero byte other than the lone one, not UTF-8). Every character is kept, a byte order mark too.
+    static std::optional<QString> decodePayload(const QByteArray &payload);
 
 Q_SIGNALS:
     /// A later copy started with `commandLine`; empty when it only asks to be restored.
