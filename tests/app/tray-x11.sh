@@ -25,10 +25,11 @@ fail()
     exit 1
 }
 
-# Waits up to five seconds for COMMAND to succeed.
+# Waits up to twenty seconds for COMMAND to succeed: a loaded machine (the suite runs two tests at once, the
+# sanitizer build is slow to start) takes its time.
 until_true()
 {
-    for _ in $(seq 50); do
+    for _ in $(seq 200); do
         if "$@"; then
             return 0
         fi
