@@ -148,6 +148,12 @@ QString wordCapitalised(const QString &name)
     return label;
 }
 
+QString nodeKey(const Model &model, const Skin *skin)
+{
+    const QString key = QStringLiteral("MDL|") + asciiUpper(model.label);
+    return skin ? key + u'_' + asciiUpper(skin->label) : key;
+}
+
 QString modelValue(const Model &model, const Skin *skin)
 {
     return (skin ? model.label + u'/' + skin->label : model.label).toLower();

@@ -35,6 +35,8 @@ struct ModelTree
 
 /// Each word (blank-separated) with its first letter upper case and the rest lower case; ASCII letters only.
 QString wordCapitalised(const QString &name);
+/// The browser's key of a model node ("MDL|SARGE") or of a skin node ("MDL|SARGE_RED").
+QString nodeKey(const Model &model, const Skin *skin = nullptr);
 /// The `model` setting a choice gives: "sarge/red", or "sarge" for a model alone (empty skin).
 QString modelValue(const Model &model, const Skin *skin = nullptr);
 

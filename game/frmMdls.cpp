@@ -24,16 +24,6 @@ constexpr int ModelRole = Qt::UserRole + 1; // index in the scanned tree
 constexpr int SkinRole = Qt::UserRole + 2; // index among the model's skins; -1 on a model node
 constexpr int PictureSize = 128;
 
-QString upper(const QString &text)
-{
-    QString result = text;
-    for (QChar &c : result) {
-        if (c >= u'a' && c <= u'z')
-            c = QChar(c.unicode() - 'a' + 'A');
-    }
-    return result;
-}
-
 } // namespace
 
 frmMdls::frmMdls(QString &gameFolder, QWidget *parent)
@@ -160,14 +150,13 @@ void frmMdls::fillTree(const PlayerModels::ModelTree &tree)
     for (int m = 0; m < tree.models.size(); ++m) {
         const PlayerModels::Model &found = tree.models[m];
         auto *root = new QTreeWidgetItem({ found.label });
-        const QString key = QStringLiteral("MDL|") + upper(found.label);
-        root->setData(0, KeyRole, key);
+        root->setData(0, KeyRole, PlayerModels::nodeKey(found));
         root->setData(0, ModelRole, m);
         root->setData(0, SkinRole, -1);
         root->setIcon(0, folder);
         for (int s = 0; s < found.skins.size(); ++s) {
             auto *child = new QTreeWidgetItem(root, { found.skins[s].label });
-            child->setData(0, KeyRole, key + u'_' + upper(found.skins[s].label));
+            child->setData(0, KeyRole, PlayerModels::nodeKey(found, &found.skins[s]));
             child->setData(0, ModelRole, m);
             child->setData(0, SkinRole, s);
             child->setIcon(0, model);
