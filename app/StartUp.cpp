@@ -5,13 +5,40 @@
 #include "WindowSettings.h"
 #include "frmMain.h"
 
+#include <QApplication>
+#include <QTimer>
+#include <QWindow>
+
 namespace StartUp {
+
+bool quitWhenIdle()
+{
+    return qEnvironmentVariable("TARNWICK_QUIT_WHEN_IDLE") == u"1";
+}
+
+namespace {
+
+    // Checks again each time the event loop has nothing left to do; quits once the window is on the screen.
+    void quitOnceShown(frmMain *window)
+    {
+        QTimer::singleShot(0, window, [window] {
+            const QWindow *handle = window->windowHandle();
+            if (handle && handle->isExposed())
+                QCoreApplication::exit(0);
+            else
+                quitOnceShown(window);
+        });
+    }
+
+} // namespace
 
 QString prepare(frmMain &window, QWidget *splash, const QString &settingsFile, const QString &executable)
 {
     window.settings().load(settingsFile);
     const QString registration = FileAssociations::registerAll(executable);
-    window.settings().locateGameFolder(splash, QStringLiteral("can not locate Quake3.exe"));
+    // A timed start asks nothing: it only measures the way to the window.
+    if (!quitWhenIdle())
+        window.settings().locateGameFolder(splash, QStringLiteral("can not locate Quake3.exe"));
     return registration;
 }
 
@@ -26,6 +53,8 @@ void finish(frmMain &window, QWidget *splash, const QString &commandLine, const 
     else
         window.SetText(registration, MsgType::Caution);
     window.commandLine().HandleCommandLine(commandLine);
+    if (quitWhenIdle())
+        quitOnceShown(&window);
 }
 
 } // namespace StartUp

@@ -16,5 +16,8 @@ QString prepare(frmMain &window, QWidget *splash, const QString &settingsFile, c
 /// Shows the window, closes the splash, greets — "Welcome to Tarnwick." in the help board, or the file-type
 /// problem `registration` as a caution — and runs the command line.
 void finish(frmMain &window, QWidget *splash, const QString &commandLine, const QString &registration);
+/// TARNWICK_QUIT_WHEN_IDLE=1: the program asks for no game folder and ends (status 0) as soon as its window is
+/// shown and the event loop idle, so a start can be timed.
+bool quitWhenIdle();
 
 } // namespace StartUp

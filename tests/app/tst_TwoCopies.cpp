@@ -64,6 +64,23 @@ private Q_SLOTS:
         QCOMPARE(m_first->state(), QProcess::Running);
     }
 
+    void quitsWhenIdleIfAsked()
+    {
+        // Timed starts: no game folder is asked for, and the program ends by itself once its window shows.
+        QTemporaryDir alone;
+        const QString program = alone.filePath("tarnwick");
+        QVERIFY(QFile::copy(QStringLiteral(TARNWICK_EXE), program));
+        QProcessEnvironment env = m_env;
+        env.insert("TARNWICK_QUIT_WHEN_IDLE", "1");
+        QProcess process;
+        process.setProcessEnvironment(env);
+        process.start(program, {});
+        QVERIFY(process.waitForFinished(15000));
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(process.exitCode(), 0);
+        QVERIFY2(process.readAllStandardError().contains("first copy"), "the window program did not start");
+    }
+
 private:
     /// Starts a copy; its standard error (the shell's log) collects in `log`.
     std::unique_ptr<QProcess> launch(const QStringList &arguments, QByteArray *log)
