@@ -14,17 +14,11 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QtEndian>
 
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <limits>
-
-#if defined(__GLIBC__)
-#include <malloc.h>
-#include <sys/mman.h>
-#endif
 
 namespace {
 
@@ -105,57 +99,6 @@ void appendUtf8(QByteArray &bytes, const QString &text)
         }
         *out++ = char(c.unicode());
     }
-}
-
-// The size of a zip archive's central directory as its end record tells it; 0 when there is none to find.
-qint64 centralDirectorySize(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        return 0;
-    constexpr qint64 endRecord = 22;
-    const qint64 tail = std::min<qint64>(file.size(), endRecord + 0xffff); // the record, then its comment
-    if (tail < endRecord || !file.seek(file.size() - tail))
-        return 0;
-    const QByteArray bytes = file.read(tail);
-    const qsizetype at = bytes.lastIndexOf("PK\x05\x06");
-    if (at < 0 || at + endRecord > bytes.size())
-        return 0;
-    const quint32 size = qFromLittleEndian<quint32>(bytes.constData() + at + 12);
-    return size == 0xffffffffu ? 0 : size; // a zip64 archive keeps it elsewhere
-}
-
-// Opening an archive, libzip makes a few small allocations for every entry, and so does the list: some
-// 6 bytes of heap per byte of central directory. Where touching fresh memory costs a page fault per page,
-// as under some virtual machines, those faults take longer than the listing itself. This process lists
-// one archive and ends, so it grows the heap once, by what the listing will need, with the pages made
-// present by a single call.
-void reserveHeapFor(const QString &path)
-{
-#if defined(__GLIBC__) && defined(MADV_POPULATE_WRITE)
-    constexpr qint64 chunk = qint64(16) << 20;
-    const qint64 wanted = std::min<qint64>(centralDirectorySize(path) * 6, qint64(1) << 30);
-    if (wanted < (qint64(1) << 20))
-        return;
-    // Blocks up to twice the chunk come from the heap, and freeing them doesn't give the memory back.
-    mallopt(M_MMAP_THRESHOLD, int(2 * chunk));
-    mallopt(M_TRIM_THRESHOLD, int(std::min<qint64>(2 * wanted, std::numeric_limits<int>::max())));
-    QList<char *> blocks;
-    for (qint64 taken = 0; taken < wanted; taken += chunk) {
-        char *block = static_cast<char *>(std::malloc(size_t(chunk)));
-        if (!block)
-            break;
-        const quintptr page = 4096;
-        const quintptr begin = (quintptr(block) + page - 1) & ~(page - 1);
-        const quintptr end = (quintptr(block) + quintptr(chunk)) & ~(page - 1);
-        madvise(reinterpret_cast<void *>(begin), end - begin, MADV_POPULATE_WRITE);
-        blocks.append(block);
-    }
-    for (qsizetype i = blocks.size() - 1; i >= 0; --i)
-        std::free(blocks[i]);
-#else
-    Q_UNUSED(path);
-#endif
 }
 
 } // namespace
@@ -456,26 +399,33 @@ int CliSession::print()
 
 int CliSession::listArchive(const QString &path)
 {
-    reserveHeapFor(path);
     cUnzip archive;
     archive.setZipFile(path);
-    QString error;
-    if (!archive.Directory(&error))
-        return fail(error);
-    // Archives hold tens of thousands of entries: one buffer, one write.
+    // Archives hold tens of thousands of entries: none is kept, and the lines go out a buffer at a time.
+    constexpr qsizetype bufferSize = 64 * 1024;
     QByteArray bytes;
-    const int count = archive.FileCount();
-    bytes.reserve(qsizetype(count) * 48);
-    for (int i = 1; i <= count; ++i) {
-        const cUnzip::ZipEntry &e = archive.entry(i);
-        appendUtf8(bytes, e.entryFolder);
-        bytes += '\t';
-        appendUtf8(bytes, e.entryName);
-        bytes += e.entryEncrypted ? "\tE\n" : "\t-\n";
-    }
-    if (std::fwrite(bytes.constData(), 1, size_t(bytes.size()), m_out) != size_t(bytes.size()))
+    bytes.reserve(bufferSize + 1024);
+    bool written = true;
+    const auto flush = [&] {
+        written = written && std::fwrite(bytes.constData(), 1, size_t(bytes.size()), m_out) == size_t(bytes.size());
+        bytes.clear();
+    };
+    QString error;
+    const bool listed = archive.List(
+        [&](const cUnzip::ZipEntry &e) {
+            appendUtf8(bytes, e.entryFolder);
+            bytes += '\t';
+            appendUtf8(bytes, e.entryName);
+            bytes += e.entryEncrypted ? "\tE\n" : "\t-\n";
+            if (bytes.size() >= bufferSize)
+                flush();
+        },
+        &error);
+    if (!listed)
+        return fail(error);
+    flush();
+    if (!written || std::fflush(m_out) != 0)
         return fail(QStringLiteral("could not write to standard output"));
-    std::fflush(m_out);
     return Success;
 }
 

@@ -8,6 +8,7 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <ctime>
 #include <limits>
 #include <memory>
 #include <string>
@@ -64,7 +65,7 @@ bool statEntry(zip_t *archive, zip_uint64_t index, zip_stat_t *st)
 // Zstandard's number in the zip format; older libzip headers lack it.
 constexpr zip_uint16_t methodZstd = 93;
 
-QString methodName(zip_uint16_t method)
+QString methodName(quint16 method)
 {
     switch (method) {
     case ZIP_CM_STORE:
@@ -129,6 +130,43 @@ bool meetsLink(const QString &root, const QString &relative)
     return false;
 }
 
+// Little-endian fields of the zip format.
+quint16 u16(const uchar *p)
+{
+    return quint16(p[0] | p[1] << 8);
+}
+
+quint32 u32(const uchar *p)
+{
+    return quint32(p[0]) | quint32(p[1]) << 8 | quint32(p[2]) << 16 | quint32(p[3]) << 24;
+}
+
+constexpr quint32 endSignature = 0x06054b50;
+constexpr quint32 entrySignature = 0x02014b50;
+constexpr quint32 zip64LocatorSignature = 0x07064b50;
+constexpr qsizetype endSize = 22;
+constexpr qsizetype entrySize = 46;
+constexpr quint16 flagEncrypted = 0x0001;
+constexpr quint16 methodAes = 99; // its real method sits in an extra field
+constexpr quint16 fieldUnicodePath = 0x7075;
+
+// Whether the extra fields of an entry are well formed (each field whole, nothing left over) and hold nothing
+// that changes what the entry says: no ZIP64 sizes, no name of another encoding.
+bool plainExtraFields(const uchar *p, qsizetype size)
+{
+    while (size > 0) {
+        if (size < 4)
+            return false;
+        const quint16 id = u16(p);
+        const qsizetype length = u16(p + 2);
+        if (length > size - 4 || id == 0x0001 || id == fieldUnicodePath)
+            return false;
+        p += 4 + length;
+        size -= 4 + length;
+    }
+    return true;
+}
+
 } // namespace
 
 void cUnzip::setZipFile(const QString &path)
@@ -140,6 +178,8 @@ void cUnzip::setZipFile(const QString &path)
 
 bool cUnzip::Directory(QString *error)
 {
+    if (quickDirectory())
+        return true;
     QString reason;
     const Archive archive = openArchive(m_zipFile, &reason);
     if (!archive) {
@@ -185,17 +225,196 @@ bool cUnzip::Directory(QString *error)
         const zip_uint64_t packed = (st.valid & ZIP_STAT_COMP_SIZE) ? st.comp_size : 0;
         e.entrySize = clamped(size);
         e.entryRatio = size == 0 ? 0 : clamped(packed * 100 / size);
-        e.entryMethod = methodName((st.valid & ZIP_STAT_COMP_METHOD) ? st.comp_method : 0xffff);
-        // Every zone has kept whole minutes off UTC since before zip times begin (1980): dropping the
-        // seconds of the UTC time drops those of the local time.
+        e.entryMethod = (st.valid & ZIP_STAT_COMP_METHOD) ? st.comp_method : 0xffff;
         if (st.valid & ZIP_STAT_MTIME)
-            e.entryDate = QDateTime::fromSecsSinceEpoch(qint64(st.mtime) - (qint64(st.mtime) % 60 + 60) % 60);
+            e.entryTime = qint64(st.mtime);
         e.entryCRC = (st.valid & ZIP_STAT_CRC) ? st.crc : 0;
         e.entryEncrypted = (st.valid & ZIP_STAT_ENCRYPTION_METHOD) && st.encryption_method != ZIP_EM_NONE;
         m_entries.append(std::move(e));
         m_indexes.append(zip_uint64_t(i));
     }
     return true;
+}
+
+namespace {
+
+// The central directory of an everyday archive, checked whole.
+struct PlainDirectory
+{
+    QFile file;
+    const uchar *begin = nullptr;
+    const uchar *end = nullptr;
+    qsizetype count = 0;
+};
+
+// Whether `path` is an everyday archive whose listing can be read straight from its central directory: one end
+// record, its comment reaching the end of the file, no ZIP64, every entry whole, with an ASCII name and plain
+// extra fields, the last one ending at the end record. Anything else (damage of any kind too) is left to libzip,
+// which lists it or says why it can't.
+bool openPlain(const QString &path, PlainDirectory &d)
+{
+    d.file.setFileName(path);
+    if (!d.file.open(QIODevice::ReadOnly))
+        return false;
+    const qint64 fileSize = d.file.size();
+    if (fileSize < endSize || fileSize > std::numeric_limits<quint32>::max())
+        return false;
+    const uchar *const bytes = d.file.map(0, fileSize);
+    if (!bytes)
+        return false;
+    const qint64 tailStart = std::max<qint64>(0, fileSize - endSize - 0xffff);
+    qint64 end = -1;
+    for (qint64 at = fileSize - endSize; at >= tailStart; --at) {
+        if (bytes[at] == 0x50 && u32(bytes + at) == endSignature) {
+            if (end >= 0)
+                return false;
+            end = at;
+        }
+    }
+    if (end < 0 || end + endSize + u16(bytes + end + 20) != fileSize)
+        return false;
+    if (end >= 20 && u32(bytes + end - 20) == zip64LocatorSignature)
+        return false;
+    const uchar *const record = bytes + end;
+    d.count = u16(record + 10);
+    const qint64 directorySize = u32(record + 12);
+    const qint64 directoryStart = u32(record + 16);
+    if (u16(record + 4) != 0 || u16(record + 6) != 0 || u16(record + 8) != d.count
+        || directoryStart + directorySize != end)
+        return false;
+    d.begin = bytes + directoryStart;
+    d.end = bytes + end;
+    const uchar *p = d.begin;
+    for (qsizetype i = 0; i < d.count; ++i) {
+        if (d.end - p < entrySize || u32(p) != entrySignature)
+            return false;
+        const qsizetype nameSize = u16(p + 28);
+        const qsizetype extraSize = u16(p + 30);
+        const qsizetype commentSize = u16(p + 32);
+        if (u16(p + 10) == methodAes || u32(p + 20) == 0xffffffff || u32(p + 24) == 0xffffffff || u16(p + 34) != 0
+            || u32(p + 42) == 0xffffffff || d.end - p - entrySize < nameSize + extraSize + commentSize)
+            return false;
+        const uchar *const name = p + entrySize;
+        for (qsizetype k = 0; k < nameSize; ++k) {
+            if (name[k] == 0 || name[k] >= 0x80) // a NUL, or not ASCII: libzip's rules of encoding apply
+                return false;
+        }
+        if (!plainExtraFields(p + entrySize + nameSize, extraSize))
+            return false;
+        p += entrySize + nameSize + extraSize + commentSize;
+    }
+    return p == d.end;
+}
+
+// Hands each file entry of a checked central directory to `visit(entry, index)`, one ZipEntry used again and
+// again, so a caller that keeps nothing allocates (almost) nothing per entry.
+template <typename Visit> void readPlain(const PlainDirectory &d, Visit visit)
+{
+    cUnzip::ZipEntry e;
+    // Entries of one folder usually follow each other: they share one folder string.
+    QByteArrayView lastFolderBytes;
+    QString lastFolder;
+    const uchar *p = d.begin;
+    for (qsizetype i = 0; i < d.count; ++i) {
+        const quint16 flags = u16(p + 8);
+        const quint16 method = u16(p + 10);
+        const quint32 dosTime = u32(p + 12); // time, then date
+        const quint32 crc = u32(p + 16);
+        const quint32 packed = u32(p + 20);
+        const quint32 size = u32(p + 24);
+        const qsizetype nameSize = u16(p + 28);
+        const QByteArrayView full(reinterpret_cast<const char *>(p + entrySize), nameSize);
+        p += entrySize + nameSize + u16(p + 30) + u16(p + 32);
+
+        const qsizetype cut = folderEnd(full);
+        const QByteArrayView fileName = full.sliced(cut + 1);
+        if (fileName.isEmpty() || full == "/")
+            continue; // a folder entry
+        e.entryName = QLatin1StringView(fileName);
+        if (cut > 0) {
+            const QByteArrayView folder = full.first(cut);
+            if (folder != lastFolderBytes) {
+                lastFolderBytes = folder;
+                lastFolder = QString::fromLatin1(folder);
+                lastFolder.replace(u'/', u'\\');
+                if (folder[0] == '/')
+                    lastFolder[0] = u'/';
+            }
+            e.entryFolder = lastFolder;
+        } else {
+            e.entryFolder.clear();
+        }
+        e.entrySize = clamped(size);
+        e.entryRatio = size == 0 ? 0 : clamped(zip_uint64_t(packed) * 100 / size);
+        e.entryMethod = method;
+        e.entryTime = dosTime; // the date in the high half
+        e.entryTimeIsDos = true;
+        e.entryCRC = crc;
+        e.entryEncrypted = flags & flagEncrypted;
+        visit(e, quint64(i));
+    }
+}
+
+} // namespace
+
+bool cUnzip::quickDirectory()
+{
+    PlainDirectory d;
+    if (!openPlain(m_zipFile, d))
+        return false;
+    m_entries.reserve(m_entries.size() + d.count);
+    m_indexes.reserve(m_indexes.size() + d.count);
+    readPlain(d, [this](const ZipEntry &e, quint64 index) {
+        m_entries.append(e);
+        m_indexes.append(index);
+    });
+    return true;
+}
+
+bool cUnzip::List(const std::function<void(const ZipEntry &)> &each, QString *error) const
+{
+    PlainDirectory d;
+    if (openPlain(m_zipFile, d)) {
+        readPlain(d, [&each](const ZipEntry &e, quint64) { each(e); });
+        return true;
+    }
+    cUnzip reader;
+    reader.setZipFile(m_zipFile);
+    if (!reader.Directory(error))
+        return false;
+    for (const ZipEntry &e : std::as_const(reader.m_entries))
+        each(e);
+    return true;
+}
+
+QDateTime cUnzip::FileDate(int i) const
+{
+    const ZipEntry &e = entry(i);
+    qint64 seconds = e.entryTime;
+    if (e.entryTimeIsDos) {
+        // As libzip reads it: the local time the DOS fields give, daylight saving as mktime decides.
+        const auto date = quint16(e.entryTime >> 16);
+        const auto time = quint16(e.entryTime);
+        std::tm tm {};
+        tm.tm_isdst = -1;
+        tm.tm_year = ((date >> 9) & 127) + 1980 - 1900;
+        tm.tm_mon = ((date >> 5) & 15) - 1;
+        tm.tm_mday = date & 31;
+        tm.tm_hour = (time >> 11) & 31;
+        tm.tm_min = (time >> 5) & 63;
+        tm.tm_sec = (time << 1) & 62;
+        seconds = qint64(std::mktime(&tm));
+    } else if (seconds < 0) {
+        return QDateTime();
+    }
+    // Every zone has kept whole minutes off UTC since before zip times begin (1980): dropping the seconds of the
+    // UTC time drops those of the local time.
+    return QDateTime::fromSecsSinceEpoch(seconds - (seconds % 60 + 60) % 60);
+}
+
+QString cUnzip::FileCompressionMethod(int i) const
+{
+    return methodName(entry(i).entryMethod);
 }
 
 qint32 cUnzip::FilePackedSize(int i) const

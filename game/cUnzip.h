@@ -5,6 +5,8 @@
 #include <QList>
 #include <QString>
 
+#include <functional>
+
 class cUnzip
 {
 public:
@@ -15,12 +17,15 @@ public:
         QString entryFolder; // "\"-separated, no trailing "\"; empty at the archive's root
         qint32 entrySize = 0; // uncompressed size in bytes
         qint32 entryRatio = 0; // compressed size × 100 ÷ uncompressed size; 0 for an empty entry
-        /// "Stored", "Deflated", "BZip2", "LZMA", "XZ", "Zstd" or "Unknown".
-        QString entryMethod;
-        QDateTime entryDate; // local time, seconds 0
+        quint16 entryMethod = 0xffff; // the zip format's number of the compression method
         quint32 entryCRC = 0;
         bool entryEncrypted = false;
         bool entrySelected = true;
+        // When the entry last changed, as the archive keeps it: its DOS date and time (date << 16 | time), or
+        // seconds since the epoch when entryTimeIsDos is false; -1 when unknown. Turned into a date only when one
+        // is asked for: a listing never shows it.
+        qint64 entryTime = -1;
+        bool entryTimeIsDos = false;
     };
 
     /// The archive; setting it empties the entry list.
@@ -32,6 +37,11 @@ public:
     /// path in *error; the entries listed so far stay.
     bool Directory(QString *error = nullptr);
 
+    /// The archive's file entries as Directory lists them, each handed to `each` and not kept: a listing of the
+    /// largest archive takes little memory. `each` sees them only once the archive is known to be readable; false
+    /// (with the reason in *error, as Directory gives it) when it isn't, and then `each` has seen none.
+    bool List(const std::function<void(const ZipEntry &)> &each, QString *error = nullptr) const;
+
     int FileCount() const { return int(m_entries.size()); }
     /// Entries are numbered from 1 to FileCount().
     const ZipEntry &entry(int i) const { return m_entries.at(i - 1); }
@@ -40,9 +50,11 @@ public:
     bool FileEncrypted(int i) const { return entry(i).entryEncrypted; }
     qint32 FileSize(int i) const { return entry(i).entrySize; }
     qint32 FileCompressionRatio(int i) const { return entry(i).entryRatio; }
-    QDateTime FileDate(int i) const { return entry(i).entryDate; }
+    /// Local time, seconds 0; invalid when the archive does not say.
+    QDateTime FileDate(int i) const;
     quint32 FileCRC(int i) const { return entry(i).entryCRC; }
-    QString FileCompressionMethod(int i) const { return entry(i).entryMethod; }
+    /// "Stored", "Deflated", "BZip2", "LZMA", "XZ", "Zstd" or "Unknown".
+    QString FileCompressionMethod(int i) const;
     /// entryRatio × entrySize ÷ 100.
     qint32 FilePackedSize(int i) const;
     bool FileSelected(int i) const { return entry(i).entrySelected; }
@@ -66,6 +78,10 @@ public:
     static QString GetVersion();
 
 private:
+    // The listing of an everyday archive read straight from its central directory; nothing when the archive is
+    // anything else (ZIP64, names not in ASCII, damage of any kind), which libzip then lists or refuses.
+    bool quickDirectory();
+
     QString m_zipFile;
     QList<ZipEntry> m_entries;
     QList<quint64> m_indexes; // each entry's position in the archive, folder entries counted
