@@ -3,13 +3,16 @@
 #include "GameFolder.h"
 #include "cUnzip.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
 #include <QStandardPaths>
 
+#include <memory>
 #include <optional>
 
 namespace {
@@ -108,6 +111,17 @@ private:
 } // namespace
 
 namespace GameLaunch {
+
+std::function<void()> eventLoopTurns(int intervalMs)
+{
+    auto last = std::make_shared<QElapsedTimer>();
+    return [last, intervalMs] {
+        if (last->isValid() && !last->hasExpired(intervalMs))
+            return;
+        last->start();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    };
+}
 
 StartRequest gameStartRequest(const QString &gameFolder, const QStringList &parameters)
 {

@@ -54,6 +54,9 @@ QStringList archivesIn(const QString &folder);
 /// comparison, first found kept). Nothing without a baseq3 folder. `betweenArchives` runs after each archive,
 /// so a window can repaint during a long scan.
 DemoList FillDemoList(const QString &gameFolder, const std::function<void()> &betweenArchives = {});
+/// A `betweenArchives` for a window's scan: lets the event loop turn (timers fire, windows repaint; user input
+/// waits) at most every `intervalMs`, the first time at once, so a long scan freezes nothing.
+std::function<void()> eventLoopTurns(int intervalMs = 20);
 /// The parameters of a timedemo of `demo`: "+timedemo", "1", "+demo", the demo's file.
 QStringList timedemoParameters(const Demo &demo);
 

@@ -1,5 +1,7 @@
 #include "frmMdls.h"
 
+#include "GameLaunch.h"
+
 #include "LocateGameFolder.h"
 #include "Prompts.h"
 #include "WaitCursor.h"
@@ -120,8 +122,8 @@ void frmMdls::Refresh()
     m_picture->clear();
     {
         const WaitCursor busy;
-        // A game with many archives takes a while: the dialog keeps showing what it is.
-        m_tree = PlayerModels::ScanPlayerModels(m_gameFolder, [this] { repaint(); });
+        // A game with many archives takes a while: the event loop keeps turning, so the dialog repaints.
+        m_tree = PlayerModels::ScanPlayerModels(m_gameFolder, GameLaunch::eventLoopTurns());
     }
     m_icons = {};
     fillTree(m_tree);

@@ -69,8 +69,8 @@ void frmTimeDemo::FillDemoList()
     GameLaunch::DemoList found;
     {
         const WaitCursor busy;
-        // A scan of many archives takes a while: the window keeps showing what it is.
-        found = GameLaunch::FillDemoList(m_gameFolder, [this] { repaint(); });
+        // A scan of many archives takes a while: the event loop keeps turning, so the window repaints.
+        found = GameLaunch::FillDemoList(m_gameFolder, GameLaunch::eventLoopTurns());
     }
     showDemos(found.demos);
     if (found.unreadable.isEmpty())

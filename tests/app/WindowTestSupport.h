@@ -39,10 +39,16 @@ inline frmMain *shownWindow()
 }
 
 /// Hands the next modal window to `answer` once it is up (it runs inside that window's own event loop).
-inline void whenModal(QObject *context, const std::function<void(QWidget *)> &answer)
+/// A scan before the window opens turns the event loop too: until the window is up, it looks again.
+inline void whenModal(QObject *context, const std::function<void(QWidget *)> &answer, int triesLeft = 1000)
 {
-    QTimer::singleShot(0, context, [answer] {
+    QTimer::singleShot(0, context, [context, answer, triesLeft] {
         QWidget *modal = QApplication::activeModalWidget();
+        if (!modal && triesLeft > 0) {
+            QTest::qWait(5);
+            whenModal(context, answer, triesLeft - 1);
+            return;
+        }
         QVERIFY(modal);
         answer(modal);
     });

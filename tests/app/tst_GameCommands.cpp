@@ -128,7 +128,11 @@ private Q_SLOTS:
                 qobject_cast<QDialog *>(dialog)->reject();
             QVERIFY(closed);
         });
+        // The scan lets the event loop turn: a timer fires while its wait cursor is on.
+        bool firedInScan = false;
+        QTimer::singleShot(0, this, [&] { firedInScan = QGuiApplication::overrideCursor() != nullptr; });
         m_window->commands().run("TDemo1");
+        QVERIFY(firedInScan);
         const QStringList shown = textsShown();
         QVERIFY(shown.size() == 1 && shown[0].startsWith("Save changes"));
         QVERIFY(!m_window->isVisible());

@@ -163,7 +163,11 @@ private Q_SLOTS:
             auto *tree = find<QTreeWidget>(dialog, "tvwMdls");
             QVERIFY(!nodes(tree).contains("Sarge/Blue"));
             tree->setCurrentItem(node(tree, "Sarge/Red"));
+            // The scan lets the event loop turn: a timer fires while its wait cursor is on.
+            bool firedInScan = false;
+            QTimer::singleShot(0, this, [&] { firedInScan = QGuiApplication::overrideCursor() != nullptr; });
             find<QPushButton>(dialog, "cmdRefresh")->click();
+            QVERIFY(firedInScan);
             QCOMPARE(titlesShown().size(), 1);
             QVERIFY(nodes(tree).contains("Sarge/Blue"));
             QCOMPARE(tree->currentItem(), node(tree, "Sarge/Red"));
