@@ -8,6 +8,7 @@
 #include <zip.h>
 
 #include <algorithm>
+#include <cstring>
 #include <ctime>
 #include <limits>
 #include <memory>
@@ -242,6 +243,7 @@ namespace {
 struct PlainDirectory
 {
     QFile file;
+    QByteArray tail; // the end of the file: the end record, and the central directory when it fits
     const uchar *begin = nullptr;
     const uchar *end = nullptr;
     qsizetype count = 0;
@@ -253,37 +255,57 @@ struct PlainDirectory
 // which lists it or says why it can't.
 bool openPlain(const QString &path, PlainDirectory &d)
 {
-    d.file.setFileName(path);
-    if (!d.file.open(QIODevice::ReadOnly))
+    QFile &file = d.file;
+    file.setFileName(path);
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return false;
-    const qint64 fileSize = d.file.size();
+    const qint64 fileSize = file.size();
     if (fileSize < endSize || fileSize > std::numeric_limits<quint32>::max())
         return false;
-    const uchar *const bytes = d.file.map(0, fileSize);
-    if (!bytes)
-        return false;
+    // The end read, not mapped: a scan opens a thousand small archives, and a mapping costs more than their bytes.
     const qint64 tailStart = std::max<qint64>(0, fileSize - endSize - 0xffff);
-    qint64 end = -1;
-    for (qint64 at = fileSize - endSize; at >= tailStart; --at) {
-        if (bytes[at] == 0x50 && u32(bytes + at) == endSignature) {
-            if (end >= 0)
+    if (!file.seek(tailStart))
+        return false;
+    d.tail = file.read(fileSize - tailStart);
+    if (d.tail.size() != fileSize - tailStart)
+        return false;
+    // The end record's signature, exactly once: where there are more, libzip weighs them against each other.
+    const auto *const tail = reinterpret_cast<const uchar *>(d.tail.constData());
+    const qsizetype lastStart = d.tail.size() - endSize;
+    qsizetype at = -1;
+    for (const uchar *p = tail; p <= tail + lastStart; ++p) {
+        p = static_cast<const uchar *>(std::memchr(p, 'P', size_t(tail + lastStart + 1 - p)));
+        if (!p)
+            break;
+        if (u32(p) == endSignature) {
+            if (at >= 0)
                 return false;
-            end = at;
+            at = p - tail;
         }
     }
-    if (end < 0 || end + endSize + u16(bytes + end + 20) != fileSize)
+    if (at < 0)
         return false;
-    if (end >= 20 && u32(bytes + end - 20) == zip64LocatorSignature)
+    const qint64 end = tailStart + at;
+    const uchar *const record = tail + at;
+    if (end + endSize + u16(record + 20) != fileSize)
         return false;
-    const uchar *const record = bytes + end;
+    if (at >= 20 && u32(record - 20) == zip64LocatorSignature)
+        return false;
     d.count = u16(record + 10);
     const qint64 directorySize = u32(record + 12);
     const qint64 directoryStart = u32(record + 16);
     if (u16(record + 4) != 0 || u16(record + 6) != 0 || u16(record + 8) != d.count
         || directoryStart + directorySize != end)
         return false;
-    d.begin = bytes + directoryStart;
-    d.end = bytes + end;
+    if (directoryStart >= tailStart) {
+        d.begin = record - directorySize;
+    } else {
+        // A large central directory is mapped: no copy, and no fresh memory to fault in.
+        d.begin = file.map(directoryStart, directorySize);
+        if (!d.begin)
+            return false;
+    }
+    d.end = d.begin + directorySize;
     const uchar *p = d.begin;
     for (qsizetype i = 0; i < d.count; ++i) {
         if (d.end - p < entrySize || u32(p) != entrySignature)
