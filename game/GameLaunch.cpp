@@ -53,6 +53,11 @@ QStringList launcher(const QString &gameFolder)
 // engines do.
 std::optional<Demo> demoOf(const QString &fileName)
 {
+    // Most names of an archive are no demo's: their extension, if any, does not start with "dm".
+    const qsizetype dot = fileName.lastIndexOf(u'.');
+    if (dot < 1 || fileName.size() - dot < 4 || fileName.at(dot + 1).toLower() != u'd'
+        || fileName.at(dot + 2).toLower() != u'm')
+        return std::nullopt;
     static const QRegularExpression pattern(
         QStringLiteral("^(.+)\\.(?:(dm3)|dm_[0-9]+)\\z"), QRegularExpression::CaseInsensitiveOption);
     const QRegularExpressionMatch match = pattern.match(fileName);
@@ -80,12 +85,8 @@ public:
         for (const QString &path : GameLaunch::archivesIn(dataFolder)) {
             cUnzip archive;
             archive.setZipFile(path);
-            if (archive.Directory()) {
-                for (int i = 1; i <= archive.FileCount(); ++i)
-                    add(archive.Filename(i));
-            } else {
+            if (!archive.List([this](const cUnzip::ZipEntry &e) { add(e.entryName); }))
                 m_list.unreadable.append(archive.ZipFile());
-            }
             if (m_betweenArchives)
                 m_betweenArchives();
         }
