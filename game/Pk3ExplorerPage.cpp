@@ -1,6 +1,7 @@
 #include "Pk3ExplorerPage.h"
 
 #include "FileIcons.h"
+#include "GameLaunch.h"
 #include "Prompts.h"
 #include "WaitCursor.h"
 
@@ -298,8 +299,13 @@ void Pk3ExplorerPage::showArchive(const QString &path, cUnzip &&reader)
     std::vector<Entry> entries;
     entries.reserve(size_t(reader.FileCount()));
     EntryMaker maker;
-    for (int i = 1; i <= reader.FileCount(); ++i)
+    // A large archive takes a while: the event loop keeps turning, so the window repaints.
+    const std::function<void()> turn = GameLaunch::eventLoopTurns();
+    for (int i = 1; i <= reader.FileCount(); ++i) {
         entries.push_back(maker.entry(reader, i));
+        if (i % 1024 == 1)
+            turn();
+    }
     m_model->setEntries(std::move(entries), m_sortColumn, m_sortOrder.value_or(Qt::AscendingOrder));
     m_list->scrollToTop();
     m_reader = std::move(reader);

@@ -12,6 +12,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using TestZip::RawEntry;
 using TestZip::zipBytes;
@@ -167,8 +168,8 @@ private Q_SLOTS:
         }
     }
 
-    // Speed is bench_pk3's matter; here every entry of a fair-sized archive reaches the list, and an extension
-    // takes one icon (looked up once) however many files have it.
+    // Speed is bench_pk3's matter; here every entry of a fair-sized archive reaches the list, an extension takes
+    // one icon (looked up once) however many files have it, and timers still fire meanwhile.
     void manyEntries()
     {
         FileIcons::iconKey(QStringLiteral("warm.up"), QString()); // the preloaded icons exist
@@ -177,7 +178,11 @@ private Q_SLOTS:
         for (int i = 0; i < 2000; ++i)
             items.append(
                 { "set" + QByteArray::number(i % 97) + "/file" + QByteArray::number(i) + (i % 2 ? ".qqq1" : ".QQQ1") });
+        // The listing lets the event loop turn: a timer fires while its wait cursor is on.
+        bool firedInListing = false;
+        QTimer::singleShot(0, this, [&] { firedInListing = QGuiApplication::overrideCursor() != nullptr; });
         QVERIFY(m_page->LoadPK3(archive("big.pk3", items)));
+        QVERIFY(firedInListing);
         QCOMPARE(rowCount(), 2000);
         QCOMPARE(cell(1999, 0), "file1999");
         QCOMPARE(FileIcons::iconCount(), icons + 1);
