@@ -7,6 +7,7 @@
 // FILES defaults to 300000, in a tenth as many folders. With KEEP_DIR the tree is made there (and left) instead
 // of in a temporary folder, e.g. to profile tarnwick-cli on the same input.
 
+#include "BenchProcess.h"
 #include "BenchRow.h"
 
 #include <QCoreApplication>
@@ -84,36 +85,15 @@ struct Timed
     QList<QByteArray> lines;
 };
 
-// Runs a program once to warm the caches, then `runs` times with its output thrown away, keeping the median time;
-// a last run captures the output. Nothing when it can't be run.
+// Runs a program once to warm the caches, then `runs` times, keeping the median time and the lines of its output.
 std::optional<Timed> runProgram(const QString &program, const QStringList &args)
 {
-    const auto start = [&](QProcess &process) {
-        process.start(program, args);
-        if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
-            std::fprintf(stderr, "bench_find: %s failed: %s %s\n", qPrintable(program),
-                qPrintable(process.errorString()), process.readAllStandardError().constData());
-            return false;
-        }
-        return true;
-    };
-    Timed best;
-    std::vector<qint64> times;
-    for (int run = -1; run < runs; ++run) {
-        QProcess process;
-        process.setStandardOutputFile(QProcess::nullDevice());
-        QElapsedTimer timer;
-        timer.start();
-        if (!start(process))
-            return std::nullopt;
-        if (run >= 0)
-            times.push_back(timer.nsecsElapsed());
-    }
-    best.nanoseconds = BenchRow::median(times);
-    QProcess process;
-    if (!start(process))
+    const std::optional<BenchProcess::Timed> timed = BenchProcess::run("bench_find", program, args, runs, 1);
+    if (!timed)
         return std::nullopt;
-    best.lines = process.readAllStandardOutput().split('\n');
+    Timed best;
+    best.nanoseconds = timed->nanoseconds;
+    best.lines = timed->output.split('\n');
     best.lines.removeAll(QByteArray());
     return best;
 }

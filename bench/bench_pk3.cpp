@@ -8,6 +8,7 @@
 // entries, short and long names, written by libzip, Info-ZIP's zip and Python's zipfile; the goal holds for the
 // worst. With KEEP_DIR each generated archive is copied there, e.g. to profile tarnwick-cli on the same input.
 
+#include "BenchProcess.h"
 #include "BenchRow.h"
 #include "cUnzip.h"
 
@@ -232,35 +233,15 @@ struct Timed
     qsizetype folderLines = 0;
 };
 
-// Runs a program over the archive `runs` times, output thrown away, and keeps the median time; a last run
-// captures the output to count its lines. Nothing when it can't be run.
+// Runs a program over the archive `runs` times, keeping the median time and the count of its output's lines.
 std::optional<Timed> runProgram(const QString &program, const QStringList &args)
 {
-    const auto start = [&](QProcess &process) {
-        process.start(program, args);
-        if (!process.waitForFinished(-1) || process.exitStatus() != QProcess::NormalExit || process.exitCode() != 0) {
-            std::fprintf(stderr, "bench_pk3: %s failed: %s %s\n", qPrintable(program),
-                qPrintable(process.errorString()), process.readAllStandardError().constData());
-            return false;
-        }
-        return true;
-    };
-    Timed best;
-    std::vector<qint64> times;
-    for (int run = 0; run < runs; ++run) {
-        QProcess process;
-        process.setStandardOutputFile(QProcess::nullDevice());
-        QElapsedTimer timer;
-        timer.start();
-        if (!start(process))
-            return std::nullopt;
-        times.push_back(timer.nsecsElapsed());
-    }
-    best.nanoseconds = BenchRow::median(times);
-    QProcess process;
-    if (!start(process))
+    const std::optional<BenchProcess::Timed> timed = BenchProcess::run("bench_pk3", program, args, runs);
+    if (!timed)
         return std::nullopt;
-    for (const QByteArray &line : process.readAllStandardOutput().split('\n')) {
+    Timed best;
+    best.nanoseconds = timed->nanoseconds;
+    for (const QByteArray &line : timed->output.split('\n')) {
         if (!line.isEmpty())
             ++(line.endsWith('/') ? best.folderLines : best.lines);
     }
