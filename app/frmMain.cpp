@@ -92,7 +92,11 @@ frmMain::frmMain(QWidget *parent)
 
     StartUpDocument(m_document);
     buildLeftBar();
-    buildPages();
+    connect(
+        m_documentCommands, &DocumentCommands::opened, this, [this](const QString &path, const DroppedLines &dropped) {
+            if (!m_variablesPage)
+                m_lastOpened.emplace(path, dropped);
+        });
     buildStatusBar();
     m_binder->showDocument();
 
@@ -148,31 +152,69 @@ void frmMain::buildLeftBar()
     }
 }
 
-void frmMain::buildPages()
+QScrollArea *frmMain::page(Page which)
 {
-    m_controlPage = new ControlPage(m_document, *m_binder, *this);
-    m_pk3Page = new Pk3ExplorerPage;
-    m_variablesPage = new AllVariablesPage(m_document, *this);
-    connect(m_documentCommands, &DocumentCommands::opened, m_variablesPage, &AllVariablesPage::showDroppedLines);
-    connect(m_pk3Page, &Pk3ExplorerPage::titleChanged, this, [this](const QString &title) {
-        if (m_currentPage == Page::Pk3Explorer)
-            m_titleStrip->setText(title);
-    });
-    const std::array<QWidget *, PageCount> contents {
-        PageLayouts::clientPage(*m_binder),
-        PageLayouts::serverPage(*m_binder),
-        m_controlPage,
-        PageLayouts::rendererPage(*m_binder),
-        PageLayouts::soundNetworkPage(*m_binder),
-        PageLayouts::hudPage(*m_binder),
-        PageLayouts::railgunPage(*m_binder),
-        m_pk3Page,
-        m_variablesPage,
-    };
-    for (int i = 0; i < PageCount; ++i) {
-        m_pages[i] = new SettingsPage(QString::fromLatin1(pageInfo[i].container), contents[i], m_client);
-        m_pages[i]->hide();
+    // A page costs more to build than the rest of the window together, and none shows before the player picks
+    // one: each is built on its first showing.
+    const int index = int(which);
+    if (m_pages[index])
+        return m_pages[index];
+    QWidget *contents = nullptr;
+    switch (which) {
+    case Page::Client:
+        contents = PageLayouts::clientPage(*m_binder);
+        break;
+    case Page::Server:
+        contents = PageLayouts::serverPage(*m_binder);
+        break;
+    case Page::Control:
+        contents = m_controlPage = new ControlPage(m_document, *m_binder, *this);
+        break;
+    case Page::Renderer:
+        contents = PageLayouts::rendererPage(*m_binder);
+        break;
+    case Page::SoundNetwork:
+        contents = PageLayouts::soundNetworkPage(*m_binder);
+        break;
+    case Page::HudDisplay:
+        contents = PageLayouts::hudPage(*m_binder);
+        break;
+    case Page::Railgun:
+        contents = PageLayouts::railgunPage(*m_binder);
+        break;
+    case Page::Pk3Explorer:
+        contents = m_pk3Page = new Pk3ExplorerPage;
+        connect(m_pk3Page, &Pk3ExplorerPage::titleChanged, this, [this](const QString &title) {
+            if (m_currentPage == Page::Pk3Explorer)
+                m_titleStrip->setText(title);
+        });
+        break;
+    case Page::AllVariables:
+        contents = m_variablesPage = new AllVariablesPage(m_document, *this);
+        connect(m_documentCommands, &DocumentCommands::opened, m_variablesPage, &AllVariablesPage::showDroppedLines);
+        if (m_lastOpened)
+            m_variablesPage->showDroppedLines(m_lastOpened->first, m_lastOpened->second);
+        break;
     }
+    auto *scroller = new SettingsPage(QString::fromLatin1(pageInfo[index].container), contents, m_client);
+    scroller->hide();
+    m_pages[index] = scroller;
+    // The new controls take the document's values and the rules' enablement as the others have them.
+    m_binder->showDocument();
+    layoutRegions();
+    return scroller;
+}
+
+Pk3ExplorerPage *frmMain::pk3Page()
+{
+    page(Page::Pk3Explorer);
+    return m_pk3Page;
+}
+
+AllVariablesPage *frmMain::variablesPage()
+{
+    page(Page::AllVariables);
+    return m_variablesPage;
 }
 
 void frmMain::buildPreview()
@@ -231,12 +273,16 @@ void frmMain::SelectPage(Page page)
             MsgType::Information);
     else if (page == Page::AllVariables)
         SetText(AllVariablesPage::selectionHelp(), MsgType::Information);
+    QScrollArea *shown = this->page(page);
     m_titleStrip->setText(page == Page::Pk3Explorer ? m_pk3Page->title() : QString::fromLatin1(pageInfo[index].title));
     m_currentPage = page;
     Q_EMIT pageSelected(page);
     ShowControls(page == Page::Control);
-    for (int i = 0; i < PageCount; ++i)
-        m_pages[i]->setVisible(i == index);
+    for (QScrollArea *other : m_pages) {
+        if (other && other != shown)
+            other->hide();
+    }
+    shown->show();
     m_pageButtons[index]->setChecked(true);
     if (page == Page::Control) {
         m_controlPage->showSubPage(ControlSubPage::Move);
@@ -250,7 +296,7 @@ void frmMain::SelectControlSubPage(ControlSubPage subPage)
     if (index < 0 || index >= ControlSubPageCount)
         return;
     m_titleStrip->setText(QStringLiteral("Control - ") + QString::fromLatin1(subPageCaptions[index]));
-    m_pages[int(Page::Control)]->show();
+    page(Page::Control)->show();
     m_controlPage->showSubPage(subPage);
     m_subPageButtons[index]->setChecked(true);
 }
@@ -307,8 +353,10 @@ void frmMain::layoutRegions()
     const int areaWidth = width - px(leftBarWidth) - px(2 * gap);
     m_titleStrip->setGeometry(left, px(toolbarHeight) + px(gap), areaWidth, px(titleHeight));
     const int pageHeight = height - px(pageTop) - px(helpHeight) - px(40);
-    for (QScrollArea *page : m_pages)
-        page->setGeometry(left, px(pageTop), areaWidth, pageHeight);
+    for (QScrollArea *page : m_pages) {
+        if (page)
+            page->setGeometry(left, px(pageTop), areaWidth, pageHeight);
+    }
     m_msgBoard->setGeometry(left, px(pageTop) + pageHeight, areaWidth, px(helpHeight));
 }
 

@@ -5,6 +5,7 @@
 
 #include "CommandGate.h"
 #include "ConfigDocument.h"
+#include "ConfigReader.h"
 #include "Pages.h"
 #include "SettingCatalog.h"
 #include "ShellWindow.h"
@@ -61,8 +62,11 @@ public:
     void ShowControls(bool show);
     /// The title strip's colour gradient (flat when off), and the menus' highlight with it.
     void setGradient(bool on);
-    Pk3ExplorerPage *pk3Page() const { return m_pk3Page; }
-    AllVariablesPage *variablesPage() const { return m_variablesPage; }
+    /// A page's container, built now if the player has not opened the page yet (hidden until selected).
+    QScrollArea *page(Page page);
+    /// The PK3 Explorer and All Variables pages, built now if the player has not opened them yet.
+    Pk3ExplorerPage *pk3Page();
+    AllVariablesPage *variablesPage();
     /// The band at the top that holds the toolbar.
     QWidget *toolbarBand() const { return m_toolbarBand; }
     /// The selected page; none at start.
@@ -93,7 +97,6 @@ protected:
 
 private:
     void buildLeftBar();
-    void buildPages();
     void buildStatusBar();
     void buildPreview();
     void layoutRegions();
@@ -119,10 +122,11 @@ private:
     QTimer m_memoryTimer;
     std::array<HoverButton *, PageCount> m_pageButtons {};
     std::array<HoverButton *, ControlSubPageCount> m_subPageButtons {};
-    std::array<QScrollArea *, PageCount> m_pages {};
+    std::array<QScrollArea *, PageCount> m_pages {}; // each built when first shown
     ControlPage *m_controlPage = nullptr;
     Pk3ExplorerPage *m_pk3Page = nullptr;
     AllVariablesPage *m_variablesPage = nullptr;
+    std::optional<std::pair<QString, DroppedLines>> m_lastOpened; // for an All Variables page built later
     frmPassword *m_password = nullptr;
     frmMdls *m_models = nullptr;
     frmSysTray *m_tray = nullptr;

@@ -1,10 +1,13 @@
 #include "ImageList.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QHash>
+#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPainterPathStroker>
+#include <QStyle>
+#include <QStyleOption>
 
 #include <cmath>
 #include <initializer_list>
@@ -371,6 +374,61 @@ const Picture *find(const QString &key)
     return nullptr;
 }
 
+// Our own drawing as an icon: each size is drawn when first asked for (a menu's pictures when the menu first
+// opens), not every size of every picture at start.
+class DrawnIconEngine : public QIconEngine
+{
+public:
+    explicit DrawnIconEngine(QString key)
+        : m_key(std::move(key))
+    { }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        Q_UNUSED(state);
+        const int side = qMin(size.width(), size.height());
+        const quint64 cacheKey = quint64(side) << 8 | quint64(mode);
+        if (const auto cached = m_pixmaps.constFind(cacheKey); cached != m_pixmaps.cend())
+            return *cached;
+        QPixmap result = ImageList::drawn(m_key, side);
+        if (mode == QIcon::Disabled || mode == QIcon::Selected) {
+            // Greyed or highlighted the way the style does it for any other icon.
+            if (auto *app = qobject_cast<QApplication *>(QCoreApplication::instance())) {
+                QStyleOption option;
+                option.palette = QApplication::palette();
+                result = app->style()->generatedIconPixmap(mode, result, &option);
+            }
+        }
+        m_pixmaps.insert(cacheKey, result);
+        return result;
+    }
+
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
+        QPixmap shown = pixmap(rect.size() * ratio, mode, state);
+        shown.setDevicePixelRatio(ratio);
+        painter->drawPixmap(rect, shown);
+    }
+
+    QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override
+    {
+        const int side = qMin(size.width(), size.height());
+        return { side, side };
+    }
+
+    QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
+    {
+        return { { 16, 16 }, { 24, 24 }, { 32, 32 }, { 48, 48 } };
+    }
+    QIconEngine *clone() const override { return new DrawnIconEngine(m_key); }
+    QString key() const override { return QStringLiteral("TarnwickDrawn"); }
+
+private:
+    QString m_key;
+    QHash<quint64, QPixmap> m_pixmaps; // side and mode to the picture
+};
+
 // Icons built for the theme named in cachedTheme; dropped when the desktop switches themes.
 QHash<QString, QIcon> iconCache;
 QString cachedTheme;
@@ -438,11 +496,8 @@ QIcon icon(const QString &key)
             break;
         }
     }
-    if (result.isNull()) {
-        // Larger sizes serve both bigger toolbars and high-density screens.
-        for (const int size : { 16, 24, 32, 48 })
-            result.addPixmap(drawn(key, size));
-    }
+    if (result.isNull())
+        result = QIcon(new DrawnIconEngine(key));
     iconCache.insert(key, result);
     return result;
 }

@@ -19,10 +19,16 @@ using Prompts::Answer;
 /// A configuration of one setting and one binding.
 inline const QByteArray smallCfg = "seta cg_fov \"110\"\r\nbind w \"+forward\"\r\n";
 
-/// The widget named `name` under `root`; a test that misses one stops at once.
+/// The widget named `name` under `root` (a main window's pages are built for it); a test that misses one stops at
+/// once.
 template <typename T = QWidget> T *find(const QObject *root, const QString &name)
 {
     T *widget = root->findChild<T *>(name);
+    if (auto *window = qobject_cast<frmMain *>(const_cast<QObject *>(root)); !widget && window) {
+        for (int page = 0; page < PageCount; ++page)
+            window->page(Page(page));
+        widget = root->findChild<T *>(name);
+    }
     if (!widget)
         qFatal("no widget %s", qPrintable(name));
     return widget;

@@ -26,8 +26,9 @@ private Q_SLOTS:
 
     void pagesFitWithoutScrolling()
     {
-        const QList<QScrollArea *> pages
-            = m_window->centralWidget()->findChildren<QScrollArea *>(QString(), Qt::FindDirectChildrenOnly);
+        QList<QScrollArea *> pages;
+        for (int page = 0; page < PageCount; ++page)
+            pages << m_window->page(Page(page));
         for (int page = 0; page < int(Page::Pk3Explorer); ++page) {
             for (int sub = 0; sub < (Page(page) == Page::Control ? ControlSubPageCount : 1); ++sub) {
                 showPage(Page(page), sub);
@@ -80,6 +81,7 @@ private Q_SLOTS:
         QFont font = QApplication::font();
         font.setPointSize(font.pointSize() * fontScale);
         m_window->setFont(font);
+        m_window->page(Page::Control);
         auto *control = m_window->findChild<ControlPage *>();
         QVERIFY(control);
         int column = -1;
