@@ -16,6 +16,9 @@
 #include <optional>
 
 #ifdef Q_OS_UNIX
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #endif
@@ -59,6 +62,65 @@ bool isOwnFolder(const QString &folder)
 
 } // namespace
 
+// The lock the first copy holds while it runs.
+class SingleInstance::Lock
+{
+public:
+    enum class Outcome { Taken, HeldByAnother, Failed };
+
+#ifdef Q_OS_UNIX
+    // An flock() on the lock file: the system lets go of it however the copy ends, a crash included, so there is
+    // nothing stale to detect and nothing to sync to the disk. The file stays when the copy ends: removing it would
+    // let a copy that opened it just before lock a file nobody else can see any more.
+    static Outcome take(const QString &path, std::unique_ptr<Lock> *taken)
+    {
+        const int fd = ::open(QFile::encodeName(path).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600);
+        if (fd < 0)
+            return Outcome::Failed;
+        if (::flock(fd, LOCK_EX | LOCK_NB) != 0) {
+            const bool held = errno == EWOULDBLOCK;
+            ::close(fd);
+            return held ? Outcome::HeldByAnother : Outcome::Failed;
+        }
+        // Whose it is, for anyone looking into the folder.
+        const QByteArray pid = QByteArray::number(qint64(::getpid())) + '\n';
+        if (::ftruncate(fd, 0) == 0) {
+            [[maybe_unused]] const ssize_t written = ::write(fd, pid.constData(), size_t(pid.size()));
+        }
+        taken->reset(new Lock(fd));
+        return Outcome::Taken;
+    }
+    ~Lock()
+    {
+        ::close(m_fd);
+    }
+
+private:
+    explicit Lock(int fd)
+        : m_fd(fd)
+    { }
+    int m_fd;
+#else
+    static Outcome take(const QString &path, std::unique_ptr<Lock> *taken)
+    {
+        auto file = std::make_unique<QLockFile>(path);
+        // Never stale by age: only a lock whose process is gone (a crashed copy) is taken over.
+        file->setStaleLockTime(0);
+        if (file->tryLock(0)) {
+            taken->reset(new Lock(std::move(file)));
+            return Outcome::Taken;
+        }
+        return file->error() == QLockFile::LockFailedError ? Outcome::HeldByAnother : Outcome::Failed;
+    }
+
+private:
+    explicit Lock(std::unique_ptr<QLockFile> file)
+        : m_file(std::move(file))
+    { }
+    std::unique_ptr<QLockFile> m_file;
+#endif
+};
+
 std::optional<QString> SingleInstance::decodePayload(const QByteArray &payload)
 {
     if (payload == restoreOnly)
@@ -93,23 +155,22 @@ bool SingleInstance::IsFirstInstance()
         return true;
     }
     QDir().mkpath(m_folder);
-    auto lock = std::make_unique<QLockFile>(QDir(m_folder).filePath(lockFileName()));
-    // Never stale by age: only a lock whose process is gone (a crashed copy) is taken over.
-    lock->setStaleLockTime(0);
-    if (lock->tryLock(0)) {
-        m_lock = std::move(lock);
+    switch (Lock::take(QDir(m_folder).filePath(lockFileName()), &m_lock)) {
+    case Lock::Outcome::Taken:
         listen();
         return true;
-    }
-    if (lock->error() == QLockFile::LockFailedError)
+    case Lock::Outcome::HeldByAnother:
         return false;
+    case Lock::Outcome::Failed:
+        break;
+    }
     qWarning("SingleInstance: cannot create the lock file in %s; running without it", qUtf8Printable(m_folder));
     return true;
 }
 
 bool SingleInstance::hasLock() const
 {
-    return m_lock && m_lock->isLocked();
+    return m_lock != nullptr;
 }
 
 QString SingleInstance::socketName() const

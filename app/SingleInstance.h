@@ -12,7 +12,6 @@
 
 class QLocalServer;
 class QLocalSocket;
-class QLockFile;
 
 class SingleInstance : public QObject
 {
@@ -61,7 +60,8 @@ private:
 
     QString m_folder;
     bool m_defaultFolder;
-    std::unique_ptr<QLockFile> m_lock;
+    class Lock;
+    std::unique_ptr<Lock> m_lock;
     QLocalServer *m_server = nullptr;
     QHash<QLocalSocket *, QByteArray> m_payloads; // the connections still being read
 };
