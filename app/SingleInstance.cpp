@@ -4,22 +4,31 @@
 #include <QDeadlineTimer>
 #include <QDir>
 #include <QFile>
-#include <QLocalServer>
-#include <QLocalSocket>
 #include <QLockFile>
+#include <QScopeGuard>
+#include <QSocketNotifier>
 #include <QStandardPaths>
 #include <QStringDecoder>
 #include <QThread>
 #include <QTimer>
+
+#ifndef Q_OS_UNIX
+#include <QLocalServer>
+#include <QLocalSocket>
+#endif
 
 #include <algorithm>
 #include <optional>
 
 #ifdef Q_OS_UNIX
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/file.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 #endif
 
@@ -190,6 +199,204 @@ QString SingleInstance::socketName() const
 #endif
 }
 
+#ifdef Q_OS_UNIX
+
+namespace {
+
+bool socketAddress(const QString &name, sockaddr_un *address)
+{
+    const QByteArray path = QFile::encodeName(name);
+    *address = {};
+    address->sun_family = AF_UNIX;
+    if (path.isEmpty() || size_t(path.size()) >= sizeof address->sun_path)
+        return false;
+    std::copy(path.cbegin(), path.cend(), address->sun_path);
+    return true;
+}
+
+} // namespace
+
+class SingleInstance::Peer : public QObject
+{
+public:
+    Peer(int fd, QObject *parent)
+        : QObject(parent)
+        , m_fd(fd)
+        , m_readable(fd, QSocketNotifier::Read, this)
+        , m_timer(this)
+    { }
+    ~Peer() override
+    {
+        m_readable.setEnabled(false);
+        ::close(m_fd);
+    }
+    int fd() const { return m_fd; }
+    QSocketNotifier &readable() { return m_readable; }
+    QTimer &timer() { return m_timer; }
+
+private:
+    int m_fd;
+    QSocketNotifier m_readable;
+    QTimer m_timer;
+};
+
+void SingleInstance::listen()
+{
+    const QString name = socketName();
+    sockaddr_un address;
+    if (!socketAddress(name, &address)) {
+        qWarning("SingleInstance: cannot listen on %s: the path is too long", qUtf8Printable(name));
+        return;
+    }
+    // Bound under a name of its own, made the user's alone, then moved to its place: no later copy meets a socket
+    // others could reach. Whatever was at that place belongs to a copy that is gone: we hold the lock.
+    sockaddr_un staging;
+    socketAddress(name + u'.' + QString::number(qint64(::getpid())), &staging);
+    const int fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    ::unlink(staging.sun_path);
+    const bool listening = fd >= 0 && ::bind(fd, reinterpret_cast<const sockaddr *>(&staging), sizeof staging) == 0
+        && ::chmod(staging.sun_path, 0600) == 0 && ::listen(fd, 50) == 0
+        && ::rename(staging.sun_path, address.sun_path) == 0;
+    if (!listening) {
+        qWarning("SingleInstance: cannot listen on %s: %s", qUtf8Printable(name), std::strerror(errno));
+        if (fd >= 0) {
+            ::unlink(staging.sun_path);
+            ::close(fd);
+        }
+        return;
+    }
+    m_listener = fd;
+    m_listening = new QSocketNotifier(fd, QSocketNotifier::Read, this);
+    connect(m_listening, &QSocketNotifier::activated, this, &SingleInstance::acceptConnections);
+}
+
+void SingleInstance::acceptConnections()
+{
+    while (m_listener >= 0) {
+        const int fd = ::accept4(m_listener, nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+        if (fd < 0) {
+            if (errno == EINTR || errno == ECONNABORTED)
+                continue;
+            return; // none waiting (or none to be had now: the next one wakes us again)
+        }
+        auto *peer = new Peer(fd, this);
+        m_payloads.insert(peer, QByteArray());
+        peer->timer().setSingleShot(true);
+        connect(&peer->timer(), &QTimer::timeout, this, [this, peer] { drop(peer); });
+        connect(&peer->readable(), &QSocketNotifier::activated, this, [this, peer] { readFrom(peer); });
+        peer->timer().start(connectionTimeoutMs());
+        readFrom(peer);
+    }
+}
+
+void SingleInstance::readFrom(Peer *peer)
+{
+    const auto payload = m_payloads.find(peer);
+    if (payload == m_payloads.end())
+        return;
+    char buffer[16384];
+    for (;;) {
+        const ssize_t got = ::read(peer->fd(), buffer, sizeof buffer);
+        if (got > 0) {
+            payload->append(buffer, got);
+            if (payload->size() > maxPayload())
+                return drop(peer);
+        } else if (got == 0) {
+            return finish(peer); // the later copy has sent all and closed its end
+        } else if (errno != EINTR) {
+            if (errno != EAGAIN && errno != EWOULDBLOCK)
+                drop(peer);
+            return;
+        }
+    }
+}
+
+void SingleInstance::finish(Peer *peer)
+{
+    const auto found = m_payloads.constFind(peer);
+    if (found == m_payloads.constEnd())
+        return; // already dropped
+    const std::optional<QString> text = decodePayload(*found);
+    m_payloads.erase(found);
+    peer->readable().setEnabled(false);
+    peer->deleteLater();
+    if (text)
+        Q_EMIT commandLineReceived(*text);
+}
+
+void SingleInstance::drop(Peer *peer)
+{
+    if (!m_payloads.remove(peer))
+        return;
+    peer->readable().setEnabled(false);
+    peer->timer().stop();
+    peer->deleteLater();
+}
+
+bool SingleInstance::sendToFirst(const QString &commandLine, int timeoutMs)
+{
+    const QByteArray payload = commandLine.isEmpty() ? restoreOnly : commandLine.toUtf8();
+    if (payload.size() > maxPayload() || (!commandLine.isEmpty() && payload.contains('\0')))
+        return false;
+    const QDeadlineTimer deadline(timeoutMs);
+    sockaddr_un address;
+    if (!socketAddress(socketName(), &address))
+        return false;
+    int fd = -1;
+    for (;;) {
+        fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+        if (fd < 0)
+            return false;
+        if (::connect(fd, reinterpret_cast<const sockaddr *>(&address), sizeof address) == 0)
+            break;
+        ::close(fd);
+        // The first copy may still be starting, or be busy with others: try again until the time is up.
+        if (deadline.hasExpired())
+            return false;
+        QThread::msleep(std::min<qint64>(50, deadline.remainingTime()));
+        if (deadline.hasExpired())
+            return false;
+    }
+    const auto closeSocket = qScopeGuard([fd] { ::close(fd); });
+    qsizetype sent = 0;
+    while (sent < payload.size()) {
+        const ssize_t wrote = ::send(fd, payload.constData() + sent, size_t(payload.size() - sent), MSG_NOSIGNAL);
+        if (wrote > 0) {
+            sent += wrote;
+            continue;
+        }
+        if (wrote < 0 && errno == EINTR)
+            continue;
+        if (wrote < 0 && errno != EAGAIN && errno != EWOULDBLOCK)
+            return false;
+        // The first copy reads no faster: wait for room until the time is up.
+        pollfd room { fd, POLLOUT, 0 };
+        if (deadline.hasExpired() || ::poll(&room, 1, int(std::min<qint64>(deadline.remainingTime(), 1000))) < 0)
+            return false;
+    }
+    return true;
+}
+
+void SingleInstance::ReleaseInstanceMutex()
+{
+    for (auto it = m_payloads.cbegin(); it != m_payloads.cend(); ++it)
+        delete it.key();
+    m_payloads.clear();
+    if (m_listener >= 0) {
+        delete m_listening;
+        m_listening = nullptr;
+        ::close(m_listener);
+        m_listener = -1;
+        // Gone with the copy, so a later copy does not wait on a socket nobody listens to.
+        sockaddr_un address;
+        if (socketAddress(socketName(), &address))
+            ::unlink(address.sun_path);
+    }
+    m_lock.reset(); // unlocks
+}
+
+#else
+
 void SingleInstance::listen()
 {
     const QString name = socketName();
@@ -300,3 +507,5 @@ void SingleInstance::ReleaseInstanceMutex()
     }
     m_lock.reset(); // unlocks
 }
+
+#endif

@@ -12,6 +12,7 @@
 
 class QLocalServer;
 class QLocalSocket;
+class QSocketNotifier;
 
 class SingleInstance : public QObject
 {
@@ -51,17 +52,29 @@ Q_SIGNALS:
     void commandLineReceived(const QString &commandLine);
 
 private:
+#ifdef Q_OS_UNIX
+    // A later copy's connection (a socket of the system's own: no network library is loaded for it).
+    class Peer;
+    using Connection = Peer;
+#else
+    using Connection = QLocalSocket;
+#endif
     QString socketName() const;
     void listen();
     void acceptConnections();
-    void readFrom(QLocalSocket *socket);
-    void finish(QLocalSocket *socket);
-    void drop(QLocalSocket *socket);
+    void readFrom(Connection *connection);
+    void finish(Connection *connection);
+    void drop(Connection *connection);
 
     QString m_folder;
     bool m_defaultFolder;
     class Lock;
     std::unique_ptr<Lock> m_lock;
+#ifdef Q_OS_UNIX
+    int m_listener = -1;
+    QSocketNotifier *m_listening = nullptr;
+#else
     QLocalServer *m_server = nullptr;
-    QHash<QLocalSocket *, QByteArray> m_payloads; // the connections still being read
+#endif
+    QHash<Connection *, QByteArray> m_payloads; // the connections still being read
 };
