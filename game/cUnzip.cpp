@@ -7,24 +7,223 @@
 
 #include <zip.h>
 
+#ifdef TARNWICK_LIBZIP_SONAME
+#include <dlfcn.h>
+#endif
+
 #include <algorithm>
 #include <cstring>
 #include <ctime>
 #include <limits>
 #include <memory>
 #include <string>
+#include <type_traits>
 
 namespace {
 
+// libzip reads what the program's own directory reader leaves to it (ZIP64, names that are not ASCII, damage).
+// Where the build knows its file name it is loaded the first time an archive needs it, so the program starts
+// without it and the cryptography library behind it.
+namespace Zip {
+
+#ifdef TARNWICK_LIBZIP_SONAME
+    struct Functions
+    {
+        decltype(&::zip_discard) discard = nullptr;
+        decltype(&::zip_error_fini) error_fini = nullptr;
+        decltype(&::zip_error_init_with_code) error_init_with_code = nullptr;
+        decltype(&::zip_error_strerror) error_strerror = nullptr;
+        decltype(&::zip_fclose) fclose = nullptr;
+        decltype(&::zip_file_get_error) file_get_error = nullptr;
+        decltype(&::zip_fopen_index) fopen_index = nullptr;
+        decltype(&::zip_fread) fread = nullptr;
+        decltype(&::zip_get_error) get_error = nullptr;
+        decltype(&::zip_get_num_entries) get_num_entries = nullptr;
+        decltype(&::zip_libzip_version) libzip_version = nullptr;
+        decltype(&::zip_open) open = nullptr;
+        decltype(&::zip_stat_index) stat_index = nullptr;
+        decltype(&::zip_stat_init) stat_init = nullptr;
+        QString failure; // why the library could not be had; empty once loaded
+    };
+
+    const Functions &functions()
+    {
+        static const Functions loaded = [] {
+            Functions f;
+            void *library = ::dlopen(TARNWICK_LIBZIP_SONAME, RTLD_NOW | RTLD_LOCAL);
+            if (!library) {
+                f.failure = QStringLiteral("libzip could not be loaded: %1").arg(QString::fromLocal8Bit(::dlerror()));
+                return f;
+            }
+            bool all = true;
+            const auto resolve = [&](auto &pointer, const char *name) {
+                pointer = reinterpret_cast<std::remove_reference_t<decltype(pointer)>>(::dlsym(library, name));
+                all = all && pointer;
+            };
+            resolve(f.discard, "zip_discard");
+            resolve(f.error_fini, "zip_error_fini");
+            resolve(f.error_init_with_code, "zip_error_init_with_code");
+            resolve(f.error_strerror, "zip_error_strerror");
+            resolve(f.fclose, "zip_fclose");
+            resolve(f.file_get_error, "zip_file_get_error");
+            resolve(f.fopen_index, "zip_fopen_index");
+            resolve(f.fread, "zip_fread");
+            resolve(f.get_error, "zip_get_error");
+            resolve(f.get_num_entries, "zip_get_num_entries");
+            resolve(f.libzip_version, "zip_libzip_version");
+            resolve(f.open, "zip_open");
+            resolve(f.stat_index, "zip_stat_index");
+            resolve(f.stat_init, "zip_stat_init");
+            if (!all)
+                f.failure = QStringLiteral("libzip (%1) lacks a function this program needs")
+                                .arg(QString::fromLatin1(TARNWICK_LIBZIP_SONAME));
+            return f;
+        }();
+        return loaded;
+    }
+
+    // An error code of our own: libzip itself could not be had.
+    constexpr int NotLoaded = -1;
+
+    zip_t *open(const char *path, int flags, int *code)
+    {
+        if (!functions().failure.isEmpty()) {
+            *code = NotLoaded;
+            return nullptr;
+        }
+        return functions().open(path, flags, code);
+    }
+    QString loadFailure()
+    {
+        return functions().failure;
+    }
+    void discard(zip_t *archive)
+    {
+        functions().discard(archive);
+    }
+    int fclose(zip_file_t *file)
+    {
+        return functions().fclose(file);
+    }
+    const char *error_strerror(zip_error_t *error)
+    {
+        return functions().error_strerror(error);
+    }
+    void error_init_with_code(zip_error_t *error, int code)
+    {
+        functions().error_init_with_code(error, code);
+    }
+    void error_fini(zip_error_t *error)
+    {
+        functions().error_fini(error);
+    }
+    int stat_index(zip_t *archive, zip_uint64_t index, zip_flags_t flags, zip_stat_t *st)
+    {
+        return functions().stat_index(archive, index, flags, st);
+    }
+    void stat_init(zip_stat_t *st)
+    {
+        functions().stat_init(st);
+    }
+    zip_int64_t get_num_entries(zip_t *archive, zip_flags_t flags)
+    {
+        return functions().get_num_entries(archive, flags);
+    }
+    zip_error_t *get_error(zip_t *archive)
+    {
+        return functions().get_error(archive);
+    }
+    zip_file_t *fopen_index(zip_t *archive, zip_uint64_t index, zip_flags_t flags)
+    {
+        return functions().fopen_index(archive, index, flags);
+    }
+    zip_int64_t fread(zip_file_t *file, void *buffer, zip_uint64_t size)
+    {
+        return functions().fread(file, buffer, size);
+    }
+    zip_error_t *file_get_error(zip_file_t *file)
+    {
+        return functions().file_get_error(file);
+    }
+    QString libzip_version()
+    {
+        return functions().failure.isEmpty() ? QString::fromLatin1(functions().libzip_version()) : functions().failure;
+    }
+#else
+    constexpr int NotLoaded = -1;
+    zip_t *open(const char *path, int flags, int *code)
+    {
+        return ::zip_open(path, flags, code);
+    }
+    QString loadFailure()
+    {
+        return QString();
+    }
+    void discard(zip_t *archive)
+    {
+        ::zip_discard(archive);
+    }
+    int fclose(zip_file_t *file)
+    {
+        return ::zip_fclose(file);
+    }
+    const char *error_strerror(zip_error_t *error)
+    {
+        return ::zip_error_strerror(error);
+    }
+    void error_init_with_code(zip_error_t *error, int code)
+    {
+        ::zip_error_init_with_code(error, code);
+    }
+    void error_fini(zip_error_t *error)
+    {
+        ::zip_error_fini(error);
+    }
+    int stat_index(zip_t *archive, zip_uint64_t index, zip_flags_t flags, zip_stat_t *st)
+    {
+        return ::zip_stat_index(archive, index, flags, st);
+    }
+    void stat_init(zip_stat_t *st)
+    {
+        ::zip_stat_init(st);
+    }
+    zip_int64_t get_num_entries(zip_t *archive, zip_flags_t flags)
+    {
+        return ::zip_get_num_entries(archive, flags);
+    }
+    zip_error_t *get_error(zip_t *archive)
+    {
+        return ::zip_get_error(archive);
+    }
+    zip_file_t *fopen_index(zip_t *archive, zip_uint64_t index, zip_flags_t flags)
+    {
+        return ::zip_fopen_index(archive, index, flags);
+    }
+    zip_int64_t fread(zip_file_t *file, void *buffer, zip_uint64_t size)
+    {
+        return ::zip_fread(file, buffer, size);
+    }
+    zip_error_t *file_get_error(zip_file_t *file)
+    {
+        return ::zip_file_get_error(file);
+    }
+    QString libzip_version()
+    {
+        return QString::fromLatin1(::zip_libzip_version());
+    }
+#endif
+
+} // namespace Zip
+
 struct ArchiveCloser
 {
-    void operator()(zip_t *archive) const { zip_discard(archive); }
+    void operator()(zip_t *archive) const { Zip::discard(archive); }
 };
 using Archive = std::unique_ptr<zip_t, ArchiveCloser>;
 
 struct FileCloser
 {
-    void operator()(zip_file_t *file) const { zip_fclose(file); }
+    void operator()(zip_file_t *file) const { Zip::fclose(file); }
 };
 using ArchiveFile = std::unique_ptr<zip_file_t, FileCloser>;
 
@@ -35,32 +234,32 @@ qint32 clamped(zip_uint64_t value)
 
 QString errorText(zip_error_t *error)
 {
-    return QString::fromLocal8Bit(zip_error_strerror(error));
+    return QString::fromLocal8Bit(Zip::error_strerror(error));
 }
 
 QString errorText(int code)
 {
     zip_error_t error;
-    zip_error_init_with_code(&error, code);
+    Zip::error_init_with_code(&error, code);
     const QString text = errorText(&error);
-    zip_error_fini(&error);
+    Zip::error_fini(&error);
     return text;
 }
 
 Archive openArchive(const QString &path, QString *reason)
 {
     int code = ZIP_ER_OK;
-    Archive archive(zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, &code));
+    Archive archive(Zip::open(QFile::encodeName(path).constData(), ZIP_RDONLY, &code));
     if (!archive)
-        *reason = errorText(code);
+        *reason = code == Zip::NotLoaded ? Zip::loadFailure() : errorText(code);
     return archive;
 }
 
 // An entry's details, its name in UTF-8.
 bool statEntry(zip_t *archive, zip_uint64_t index, zip_stat_t *st)
 {
-    zip_stat_init(st);
-    return zip_stat_index(archive, index, ZIP_FL_ENC_GUESS, st) == 0 && st->name;
+    Zip::stat_init(st);
+    return Zip::stat_index(archive, index, ZIP_FL_ENC_GUESS, st) == 0 && st->name;
 }
 
 // Zstandard's number in the zip format; older libzip headers lack it.
@@ -188,7 +387,7 @@ bool cUnzip::Directory(QString *error)
             *error = QStringLiteral("Can't read the archive \"%1\": %2").arg(m_zipFile, reason);
         return false;
     }
-    const zip_int64_t count = zip_get_num_entries(archive.get(), 0);
+    const zip_int64_t count = Zip::get_num_entries(archive.get(), 0);
     m_entries.reserve(m_entries.size() + qsizetype(count));
     m_indexes.reserve(m_indexes.size() + qsizetype(count));
 
@@ -200,7 +399,7 @@ bool cUnzip::Directory(QString *error)
         if (!statEntry(archive.get(), zip_uint64_t(i), &st)) {
             if (error)
                 *error = QStringLiteral("Can't read the archive \"%1\": %2")
-                             .arg(m_zipFile, errorText(zip_get_error(archive.get())));
+                             .arg(m_zipFile, errorText(Zip::get_error(archive.get())));
             return false;
         }
         const QByteArrayView full(st.name);
@@ -513,9 +712,9 @@ bool cUnzip::Unzip(QString *error)
             continue;
         }
 
-        const ArchiveFile in(zip_fopen_index(archive.get(), index, 0));
+        const ArchiveFile in(Zip::fopen_index(archive.get(), index, 0));
         if (!in) {
-            problems.append(QStringLiteral("%1: %2").arg(name, errorText(zip_get_error(archive.get()))));
+            problems.append(QStringLiteral("%1: %2").arg(name, errorText(Zip::get_error(archive.get()))));
             continue;
         }
         QSaveFile out(target);
@@ -526,9 +725,9 @@ bool cUnzip::Unzip(QString *error)
         bool ok = true;
         zip_uint64_t written = 0;
         while (true) {
-            const zip_int64_t n = zip_fread(in.get(), buffer.data(), zip_uint64_t(buffer.size()));
+            const zip_int64_t n = Zip::fread(in.get(), buffer.data(), zip_uint64_t(buffer.size()));
             if (n < 0) {
-                problems.append(QStringLiteral("%1: %2").arg(name, errorText(zip_file_get_error(in.get()))));
+                problems.append(QStringLiteral("%1: %2").arg(name, errorText(Zip::file_get_error(in.get()))));
                 ok = false;
                 break;
             }
@@ -572,13 +771,13 @@ QByteArray cUnzip::FileData(int i, qint64 limit, QString *error) const
         return fail(QStringLiteral("no longer in the archive"));
     if (!(st.valid & ZIP_STAT_SIZE) || st.size > zip_uint64_t(limit))
         return fail(QStringLiteral("larger than %1 bytes").arg(limit));
-    const ArchiveFile in(zip_fopen_index(archive.get(), index, 0));
+    const ArchiveFile in(Zip::fopen_index(archive.get(), index, 0));
     if (!in)
-        return fail(errorText(zip_get_error(archive.get())));
+        return fail(errorText(Zip::get_error(archive.get())));
     QByteArray bytes(qsizetype(st.size), Qt::Uninitialized);
-    const zip_int64_t n = zip_fread(in.get(), bytes.data(), st.size);
+    const zip_int64_t n = Zip::fread(in.get(), bytes.data(), st.size);
     if (n < 0)
-        return fail(errorText(zip_file_get_error(in.get())));
+        return fail(errorText(Zip::file_get_error(in.get())));
     if (zip_uint64_t(n) != st.size)
         return fail(QStringLiteral("shorter than its stated size"));
     return bytes;
@@ -586,5 +785,5 @@ QByteArray cUnzip::FileData(int i, qint64 limit, QString *error) const
 
 QString cUnzip::GetVersion()
 {
-    return QString::fromLatin1(zip_libzip_version());
+    return Zip::libzip_version();
 }
