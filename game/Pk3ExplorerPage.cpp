@@ -279,7 +279,8 @@ bool Pk3ExplorerPage::readArchive(const QString &path, cUnzip &reader)
     {
         const WaitCursor wait;
         reader.setZipFile(path);
-        read = reader.Directory(&error);
+        // A large archive takes a while: the event loop keeps turning, so the window repaints.
+        read = reader.Directory(&error, GameLaunch::eventLoopTurns());
     }
     if (read)
         return true;

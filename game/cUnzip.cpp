@@ -376,9 +376,9 @@ void cUnzip::setZipFile(const QString &path)
     m_indexes.clear();
 }
 
-bool cUnzip::Directory(QString *error)
+bool cUnzip::Directory(QString *error, const std::function<void()> &progress)
 {
-    if (quickDirectory())
+    if (quickDirectory(progress))
         return true;
     QString reason;
     const Archive archive = openArchive(m_zipFile, &reason);
@@ -395,6 +395,8 @@ bool cUnzip::Directory(QString *error)
     std::string lastFolderBytes;
     QString lastFolder;
     for (zip_int64_t i = 0; i < count; ++i) {
+        if (progress && i % 1024 == 1023)
+            progress();
         zip_stat_t st;
         if (!statEntry(archive.get(), zip_uint64_t(i), &st)) {
             if (error)
@@ -578,16 +580,18 @@ template <typename Visit> void readPlain(const PlainDirectory &d, Visit visit)
 
 } // namespace
 
-bool cUnzip::quickDirectory()
+bool cUnzip::quickDirectory(const std::function<void()> &progress)
 {
     PlainDirectory d;
     if (!openPlain(m_zipFile, d))
         return false;
     m_entries.reserve(m_entries.size() + d.count);
     m_indexes.reserve(m_indexes.size() + d.count);
-    readPlain(d, [this](const ZipEntry &e, quint64 index) {
+    readPlain(d, [this, &progress](const ZipEntry &e, quint64 index) {
         m_entries.append(e);
         m_indexes.append(index);
+        if (progress && m_entries.size() % 1024 == 0)
+            progress();
     });
     return true;
 }

@@ -34,8 +34,9 @@ public:
     /// Appends the archive's file entries in the archive's order; folder entries (names ending in "/") are
     /// skipped. Every "/" but a leading one separates folders, and so does a backslash. False when the
     /// archive can't be read (missing, not a zip, truncated, unreadable), with the reason and the archive's
-    /// path in *error; the entries listed so far stay.
-    bool Directory(QString *error = nullptr);
+    /// path in *error; the entries listed so far stay. `progress`, when given, is called every 1,024 entries (a
+    /// window keeps its event loop turning through it).
+    bool Directory(QString *error = nullptr, const std::function<void()> &progress = {});
 
     /// The archive's file entries as Directory lists them, each handed to `each` and not kept: a listing of the
     /// largest archive takes little memory. `each` sees them only once the archive is known to be readable; false
@@ -80,7 +81,7 @@ public:
 private:
     // The listing of an everyday archive read straight from its central directory; nothing when the archive is
     // anything else (ZIP64, names not in ASCII, damage of any kind), which libzip then lists or refuses.
-    bool quickDirectory();
+    bool quickDirectory(const std::function<void()> &progress);
 
     QString m_zipFile;
     QList<ZipEntry> m_entries;
