@@ -10,6 +10,9 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 
+#include <algorithm>
+#include <cstring>
+
 namespace {
 
 // The read rule: `upper` alone caps, `fallback` alone is a lower bound, both together make
@@ -123,32 +126,46 @@ QString backupFailedMessage()
 
 QByteArray workingCopy(const QByteArray &fileBytes)
 {
-    QByteArray copy;
-    copy.reserve(fileBytes.size() + fileBytes.size() / 8 + 2);
     const qsizetype n = fileBytes.size();
+    // Written straight into a buffer sized for the worst case: every line gains at most a CR LF of its own, and
+    // every LF inside one becomes a CR LF.
+    const qsizetype crs = std::count(fileBytes.cbegin(), fileBytes.cend(), '\r');
+    const qsizetype lfs = std::count(fileBytes.cbegin(), fileBytes.cend(), '\n');
+    QByteArray copy(n + 2 * (crs + 1) + lfs, Qt::Uninitialized);
+    char *out = copy.data();
+    const auto put = [&out](QByteArrayView piece) {
+        std::memcpy(out, piece.data(), size_t(piece.size()));
+        out += piece.size();
+    };
+    const auto endLine = [&out] {
+        *out++ = '\r';
+        *out++ = '\n';
+    };
+    const char *const bytes = fileBytes.constData();
     qsizetype pos = 0;
     while (pos < n) {
         // A physical line ends at CR LF or a lone CR; a lone LF stays inside it.
-        qsizetype cr = fileBytes.indexOf('\r', pos);
-        const bool terminated = cr >= 0;
-        if (!terminated)
-            cr = n;
+        const void *found = std::memchr(bytes + pos, '\r', size_t(n - pos));
+        const bool terminated = found != nullptr;
+        const qsizetype cr = terminated ? static_cast<const char *>(found) - bytes : n;
         qsizetype next = cr + (terminated ? 1 : 0);
-        if (terminated && next < n && fileBytes[next] == '\n')
+        if (terminated && next < n && bytes[next] == '\n')
             ++next;
-        QByteArrayView line(fileBytes.constData() + pos, cr - pos);
+        QByteArrayView line(bytes + pos, cr - pos);
         // Every line but the file's last loses its comment, even one inside quotes.
         if (next < n)
             line = line.first(commentStart(line));
         // The copy turns every LF into CR LF, so those pieces become lines of their own.
-        copy.append("\r\n");
+        endLine();
         for (qsizetype lf = line.indexOf('\n'); lf >= 0; lf = line.indexOf('\n')) {
-            copy.append(line.first(lf)).append("\r\n");
+            put(line.first(lf));
+            endLine();
             line = line.sliced(lf + 1);
         }
-        copy.append(line);
+        put(line);
         pos = next;
     }
+    copy.truncate(out - copy.constData());
     return copy;
 }
 
@@ -161,6 +178,7 @@ void applyWorkingCopy(ConfigDocument &doc, const QByteArray &copy, FileScope sco
     const bool takesBindings = scope == FileScope::Whole || scope == FileScope::Controls;
 
     QStringList kept;
+    QString examined; // one buffer for every line
     const qsizetype n = copy.size();
     qsizetype pos = 0;
     while (pos < n) {
@@ -172,7 +190,7 @@ void applyWorkingCopy(ConfigDocument &doc, const QByteArray &copy, FileScope sco
         pos = end + 2;
         if (!mayMatter(line))
             continue;
-        const QString examined = CfgText::examined(line);
+        CfgText::examineInto(line, examined);
         if (CfgText::startsWithNoCase(examined, u"set")) {
             if (!takeSettingLine(doc, examined, scope))
                 kept.append(keptForm(line));

@@ -296,10 +296,9 @@ int SettingCatalog::indexOfSetting(QStringView name) const
     // Called for every setting line of a file: lower-case into a buffer that is reused.
     thread_local QString lowered;
     lowered.resize(name.size());
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        const QChar c = name[i];
-        lowered[i] = (c >= u'A' && c <= u'Z') ? QChar(c.unicode() + 32) : c;
-    }
+    char16_t *out = reinterpret_cast<char16_t *>(lowered.data());
+    for (const QChar c : name)
+        *out++ = (c >= u'A' && c <= u'Z') ? char16_t(c.unicode() + 32) : c.unicode();
     return m_storedByName.value(lowered, -1);
 }
 

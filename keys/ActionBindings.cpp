@@ -71,8 +71,9 @@ void ActionBindings::applyExaminedBindLine(const QString &examined)
     const std::optional<QString> prepared = preparedBindLine(examined);
     if (!prepared)
         return;
+    const auto &table = commands();
     for (int i = 0; i < ActionTable::Count; ++i) {
-        const std::optional<QString> key = keyBefore(*prepared, commands()[i]);
+        const std::optional<QString> key = keyBefore(*prepared, table[i]);
         if (!key)
             continue;
         ActionBinding &b = m_bindings[i];

@@ -1,5 +1,7 @@
 #include "CfgText.h"
 
+#include <cstring>
+
 namespace CfgText {
 
 namespace {
@@ -54,14 +56,28 @@ QString examined(QStringView line)
 
 QString examined(QByteArrayView line)
 {
-    QString out(line.size(), Qt::Uninitialized);
-    QChar *to = out.data();
+    QString out;
+    examineInto(line, out);
+    return out;
+}
+
+void examineInto(QByteArrayView line, QString &out)
+{
+    out.resize(line.size());
+    char16_t *to = reinterpret_cast<char16_t *>(out.data());
+    const qsizetype n = line.size();
+    const char *const from = line.data();
+    if (!std::memchr(from, '"', size_t(n)) && !std::memchr(from, '\t', size_t(n))) {
+        // Most lines hold neither: a plain widening copy, which the compiler vectorises.
+        for (qsizetype i = 0; i < n; ++i)
+            to[i] = char16_t(static_cast<unsigned char>(from[i]));
+        return;
+    }
     for (char c : line) {
         if (c != '"')
-            *to++ = c == '\t' ? QChar(u' ') : QChar::fromLatin1(c);
+            *to++ = c == '\t' ? u' ' : char16_t(static_cast<unsigned char>(c));
     }
-    out.truncate(to - out.constData());
-    return out;
+    out.truncate(to - reinterpret_cast<const char16_t *>(out.constData()));
 }
 
 bool startsWithNoCase(QStringView text, QStringView prefix)

@@ -17,6 +17,8 @@ QString asciiUpper(QStringView text);
 QString examined(QStringView line);
 /// The same, straight from a line's bytes (one character per byte).
 QString examined(QByteArrayView line);
+/// The same into `out`, whose buffer is reused from line to line.
+void examineInto(QByteArrayView line, QString &out);
 bool startsWithNoCase(QStringView text, QStringView prefix);
 bool equalsNoCase(QStringView a, QStringView b);
 
