@@ -309,9 +309,28 @@ QString settingsFilePath(const QString &programFolder)
 {
     const QString name = QStringLiteral("tarnwick.ini");
     const QFileInfo folder(programFolder);
-    if (!programFolder.isEmpty() && folder.isDir() && folder.isWritable())
+    if (!programFolder.isEmpty() && folder.isDir() && folder.isWritable()
+        && installedDataFolder(programFolder).isEmpty())
         return QDir(programFolder).filePath(name);
     const QString config = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
     QDir().mkpath(config);
     return QDir(config).filePath(name);
+}
+
+QString installedDataFolder(const QString &programFolder)
+{
+    if (programFolder.isEmpty())
+        return QString();
+    const QString folder
+        = QDir::cleanPath(QDir(programFolder).absoluteFilePath(QStringLiteral(TARNWICK_DATA_FROM_BIN)));
+    return QFileInfo(folder).isDir() ? folder : QString();
+}
+
+QString programDataFile(const QString &programFolder, const QString &name)
+{
+    const QString beside = QDir(programFolder).filePath(name);
+    const QString data = installedDataFolder(programFolder);
+    if (QFileInfo::exists(beside) || data.isEmpty())
+        return beside;
+    return QDir(data).filePath(name);
 }

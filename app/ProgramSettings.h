@@ -40,6 +40,12 @@ ProgramSettings pbLoadOptions(const QString &file, int centredLeft, int centredT
 /// keeps the wx/wy it had), pv_wx, pv_wy, pv_open; window positions as the decimal text of the number. Writes the file
 /// once (not once per key), keeping unknown keys and other sections. False with *error when it could not be written.
 bool pbSaveOptions(const QString &file, const ProgramSettings &settings, bool minimized, QString *error = nullptr);
-/// Where tarnwick.ini lives: in `programFolder` when that folder is writable (a portable install), else in the user's
-/// configuration folder (QStandardPaths::AppConfigLocation, created when missing).
+/// Where tarnwick.ini lives: in `programFolder` when that folder is writable and not an installed copy's (a portable
+/// copy), else in the user's configuration folder (QStandardPaths::AppConfigLocation, created when missing).
 QString settingsFilePath(const QString &programFolder);
+/// The folder of Tarnwick's data files when the program in `programFolder` is an installed copy (the data folder
+/// where `cmake --install` puts it beside the program folder: ../share/tarnwick from bin); "" otherwise.
+QString installedDataFolder(const QString &programFolder);
+/// The program's data file `name` ("Images/hud.img"): beside the program where it is there, else in the installed
+/// data folder where that is there, else the path beside the program.
+QString programDataFile(const QString &programFolder, const QString &name);

@@ -1,6 +1,7 @@
 #include "frmPreview.h"
 
 #include "ConfigDocument.h"
+#include "ProgramSettings.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -66,7 +67,7 @@ frmPreview::frmPreview(const ConfigDocument &doc, QWidget *parent)
 
 QString frmPreview::sheetPath()
 {
-    return QCoreApplication::applicationDirPath() + QStringLiteral("/Images/hud.img");
+    return programDataFile(QCoreApplication::applicationDirPath(), QStringLiteral("Images/hud.img"));
 }
 
 void frmPreview::LoadHudImage(const QString &path)

@@ -17,7 +17,8 @@ public:
     /// Loads the sprite sheet from sheetPath() and follows every change of `doc`'s HUD settings from then on.
     explicit frmPreview(const ConfigDocument &doc, QWidget *parent = nullptr);
 
-    /// Where the sprite sheet is looked for: "Images/hud.img" in the program's folder.
+    /// Where the sprite sheet is looked for: "Images/hud.img" in the program's folder, else in an installed copy's
+    /// data folder.
     static QString sheetPath();
 
     /// Takes the sprite sheet from `path` (any picture format Qt reads, whatever the name says), lays out the

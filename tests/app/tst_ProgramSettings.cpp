@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <tuple>
+
 namespace {
 
 QTemporaryDir dir;
@@ -175,20 +177,40 @@ private Q_SLOTS:
         }
     }
 
-    // The settings file sits beside the program where that folder is writable, else in the user's settings folder.
+    // The settings file sits beside the program where that folder is writable and not an installed copy's, else in
+    // the user's settings folder.
     void settingsFilePath()
     {
         QDir(dir.path()).mkpath("open");
         QDir(dir.path()).mkpath("locked");
+        QDir(dir.path()).mkpath("prefix/bin");
+        QDir(dir.path()).mkpath("prefix/share/tarnwick");
         QFile::setPermissions(dir.filePath("locked"), QFile::ReadOwner | QFile::ExeOwner);
         const QString config = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation);
-        for (const auto &[folder, portable] :
-            { std::pair(u"open"_qs, true), { u"missing"_qs, false }, { u"locked"_qs, false } }) {
+        for (const auto &[folder, portable] : { std::pair(u"open"_qs, true), { u"missing"_qs, false },
+                 { u"prefix/bin"_qs, false }, { u"locked"_qs, false } }) {
             if (QFileInfo(dir.filePath("locked")).isWritable() && folder == u"locked")
                 QSKIP("running as a user who writes into read-only folders");
             const QString path = ::settingsFilePath(dir.filePath(folder));
             QCOMPARE(path, QDir(portable ? dir.filePath(folder) : config).filePath("tarnwick.ini"));
             QVERIFY(QFileInfo(QFileInfo(path).path()).isDir());
+        }
+    }
+
+    // A data file beside the program wins; an installed copy's comes from its data folder.
+    void programDataFile()
+    {
+        QTemporaryDir root;
+        const QString bin = root.filePath("usr/bin"), data = root.filePath("usr/share/tarnwick/Images/hud.img");
+        const QString beside = bin + "/Images/hud.img";
+        for (const auto &[besideThere, dataThere, expected] :
+            { std::tuple(false, false, beside), { false, true, data }, { true, true, beside } }) {
+            QVERIFY(QDir().mkpath(QFileInfo(besideThere ? beside : bin).path()));
+            if (dataThere && QDir().mkpath(QFileInfo(data).path()))
+                writeTestFile(data, "sheet");
+            if (besideThere)
+                writeTestFile(beside, "sheet");
+            QCOMPARE(::programDataFile(bin, "Images/hud.img"), expected);
         }
     }
 };
