@@ -79,17 +79,21 @@ QByteArray mimePackage()
     return bytes;
 }
 
-// The program as one Exec argument: quoted for the command line, then escaped as a string value, with literal
-// percent signs doubled so they are not taken for field codes.
+// The program as one Exec argument: quoted for the command line where it holds a character the line reserves, then
+// escaped as a string value, with literal percent signs doubled so they are not taken for field codes.
 QString execArgument(const QString &program)
 {
+    static const QString reserved = QStringLiteral(" \t\n\"'\\><~|&;$*?#()`");
+    const bool quote = program.isEmpty()
+        || std::any_of(program.cbegin(), program.cend(), [](QChar c) { return reserved.contains(c); });
     QString arg;
     for (QChar c : program) {
-        if (c == u'"' || c == u'`' || c == u'$' || c == u'\\')
+        if (quote && (c == u'"' || c == u'`' || c == u'$' || c == u'\\'))
             arg += u'\\';
         arg += c;
     }
-    arg = u'"' + arg + u'"';
+    if (quote)
+        arg = u'"' + arg + u'"';
     arg.replace(u'\\', QStringLiteral("\\\\"));
     arg.replace(u'\n', QStringLiteral("\\n"));
     arg.replace(u'\t', QStringLiteral("\\t"));
@@ -98,7 +102,8 @@ QString execArgument(const QString &program)
     return arg;
 }
 
-QByteArray desktopEntry(const QString &exePath)
+// The desktop entry that runs `program`, named as the Exec line names it (a full path, or a name PATH finds).
+QByteArray desktopEntry(const QString &program)
 {
     QStringList mimeTypes;
     for (const FileAssociations::FileType &type : FileAssociations::types())
@@ -109,10 +114,10 @@ QByteArray desktopEntry(const QString &exePath)
         QStringLiteral("Name=Tarnwick"),
         QStringLiteral("GenericName=Game Configuration Editor"),
         QStringLiteral("Comment=Edit Quake III Arena configuration files"),
-        QStringLiteral("Exec=") + execArgument(QFileInfo(exePath).absoluteFilePath()) + QStringLiteral(" %f"),
+        QStringLiteral("Exec=") + execArgument(program) + QStringLiteral(" %f"),
         QStringLiteral("Icon=") + appIcon,
         QStringLiteral("Terminal=false"),
-        QStringLiteral("Categories=Game;Settings;"),
+        QStringLiteral("Categories=Game;"),
         QStringLiteral("MimeType=") + mimeTypes.join(u';') + u';',
     };
     return (lines.join(u'\n') + u'\n').toUtf8();
@@ -133,31 +138,57 @@ QByteArray pngOf(QSvgRenderer &svg, int size)
     return bytes;
 }
 
+// Whether `path` holds exactly `bytes`.
+bool holds(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.size() == bytes.size() && file.readAll() == bytes;
+}
+
+// Whether the file `relative` needs no copy in `dataFolder`: there is none there yet and one of `systemData` holds
+// one of `forms`. A copy of the user's own is kept up to date instead: it hides the system's.
+bool heldBySystem(
+    const QString &dataFolder, const QString &relative, const QList<QByteArray> &forms, const QStringList &systemData)
+{
+    if (QFileInfo::exists(dataFolder + u'/' + relative))
+        return false;
+    return std::any_of(systemData.cbegin(), systemData.cend(), [&](const QString &folder) {
+        return std::any_of(forms.cbegin(), forms.cend(),
+            [&](const QByteArray &bytes) { return holds(folder + u'/' + relative, bytes); });
+    });
+}
+
 // The picture `picture` as the icon `name` of `context` ("apps", "mimetypes") in the hicolor theme under
-// `themeFolder`: a PNG drawn from the SVG in each usual size, then the SVG as it is. The SVG goes last, so while
-// it is unchanged and every PNG is there, the PNGs were drawn from it and are not drawn again. "" or what went wrong.
-QString installIcon(const QString &themeFolder, const QString &context, const QString &name, const QString &picture)
+// `dataFolder`: a PNG drawn from the SVG in each usual size, then the SVG as it is. The SVG goes last, so while
+// it is unchanged and every PNG is there, the PNGs were drawn from it and are not drawn again; the same holds for a
+// theme in `systemData`, which then makes a copy unnecessary. "" or what went wrong.
+QString installIcon(const QString &dataFolder, const QString &context, const QString &name, const QString &picture,
+    const QStringList &systemData)
 {
     QFile source(QStringLiteral(":/icons/") + picture + QStringLiteral(".svg"));
     if (!source.open(QIODevice::ReadOnly))
         return QStringLiteral("The icon \"%1\" is missing from the program").arg(picture);
     const QByteArray svgBytes = source.readAll();
-    const QString svgPath = QStringLiteral("%1/scalable/%2/%3.svg").arg(themeFolder, context, name);
+    const QString svgPath = QStringLiteral("icons/hicolor/scalable/%1/%2.svg").arg(context, name);
     QStringList pngPaths;
     for (const int size : pngSizes)
-        pngPaths.append(QStringLiteral("%1/%2x%2/%3/%4.png").arg(themeFolder).arg(size).arg(context, name));
-
-    QFile installed(svgPath);
-    if (installed.open(QIODevice::ReadOnly) && installed.readAll() == svgBytes
-        && std::all_of(pngPaths.cbegin(), pngPaths.cend(), [](const QString &path) { return QFile::exists(path); }))
+        pngPaths.append(QStringLiteral("icons/hicolor/%1x%1/%2/%3.png").arg(size).arg(context, name));
+    const auto complete = [&](const QString &folder) {
+        return holds(folder + u'/' + svgPath, svgBytes)
+            && std::all_of(pngPaths.cbegin(), pngPaths.cend(),
+                [&](const QString &png) { return QFile::exists(folder + u'/' + png); });
+    };
+    if (complete(dataFolder)
+        || (!QFileInfo::exists(dataFolder + u'/' + svgPath)
+            && std::any_of(systemData.cbegin(), systemData.cend(), complete)))
         return QString();
     QSvgRenderer svg(svgBytes);
     for (qsizetype i = 0; i < pngPaths.size(); ++i) {
-        const QString error = writeIfChanged(pngPaths[i], pngOf(svg, pngSizes[i]));
+        const QString error = writeIfChanged(dataFolder + u'/' + pngPaths[i], pngOf(svg, pngSizes[i]));
         if (!error.isEmpty())
             return error;
     }
-    return writeIfChanged(svgPath, svgBytes);
+    return writeIfChanged(dataFolder + u'/' + svgPath, svgBytes);
 }
 
 // The [Default Applications] entries of a mimeapps.list (type in lower case -> value), and where new ones go: after
@@ -249,11 +280,12 @@ QByteArray withDefaults(const QByteArray &original, const Defaults &defaults)
     return result.insert(insertAt, added);
 }
 
-// Starts `tool` on `folder` in the background when `cache` there is missing or older than `source`.
+// Starts `tool` on `folder` in the background when `source` is there and `cache` is missing or older than it.
 void refreshCache(const QString &tool, const QString &folder, const QString &cache, const QString &source)
 {
     const QFileInfo cacheInfo(folder + u'/' + cache);
-    if (cacheInfo.exists() && cacheInfo.lastModified() >= QFileInfo(source).lastModified())
+    const QFileInfo sourceInfo(source);
+    if (!sourceInfo.exists() || (cacheInfo.exists() && cacheInfo.lastModified() >= sourceInfo.lastModified()))
         return;
     const QString program = QStandardPaths::findExecutable(tool);
     if (program.isEmpty())
@@ -373,29 +405,48 @@ QString registerAll(const QString &exePath)
         for (const QString &name : names)
             lists.append(folder + QStringLiteral("/applications/") + name);
     }
-    return registerFreedesktop(exePath, QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation),
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), lists);
+    // The other data folders (XDG_DATA_DIRS) hold what a package installed.
+    const QString dataHome = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    QStringList systemData = QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation);
+    systemData.removeAll(dataHome);
+    return registerFreedesktop(
+        exePath, dataHome, QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation), lists, systemData);
 #endif
 }
 
-QString registerFreedesktop(
-    const QString &exePath, const QString &dataHome, const QString &configHome, const QStringList &defaultLists)
+QString installDataFiles(const QStringList &programs, const QString &dataFolder, const QStringList &systemData)
 {
-    const QString mimeFolder = dataHome + QStringLiteral("/mime");
-    const QString packagePath = mimeFolder + QStringLiteral("/packages/tarnwick.xml");
-    QString error = writeIfChanged(packagePath, mimePackage());
-    const QString themeFolder = dataHome + QStringLiteral("/icons/hicolor");
+    const QString package = QStringLiteral("mime/packages/tarnwick.xml");
+    const QByteArray packageBytes = mimePackage();
+    QString error;
+    if (!heldBySystem(dataFolder, package, { packageBytes }, systemData))
+        error = writeIfChanged(dataFolder + u'/' + package, packageBytes);
     if (error.isEmpty())
-        error = installIcon(themeFolder, QStringLiteral("apps"), appIcon, appIcon);
+        error = installIcon(dataFolder, QStringLiteral("apps"), appIcon, appIcon, systemData);
     for (const FileType &type : types()) {
         if (error.isEmpty())
-            error = installIcon(themeFolder, QStringLiteral("mimetypes"), iconNameOf(type), type.picture);
+            error = installIcon(dataFolder, QStringLiteral("mimetypes"), iconNameOf(type), type.picture, systemData);
     }
+    const QString entry = QStringLiteral("applications/") + desktopId;
+    QList<QByteArray> entries;
+    for (const QString &program : programs)
+        entries.append(desktopEntry(program));
+    if (error.isEmpty() && !entries.isEmpty() && !heldBySystem(dataFolder, entry, entries, systemData))
+        error = writeIfChanged(dataFolder + u'/' + entry, entries.first());
+    return error;
+}
 
-    const QString applicationsFolder = dataHome + QStringLiteral("/applications");
-    const QString entryPath = applicationsFolder + u'/' + desktopId;
-    if (error.isEmpty())
-        error = writeIfChanged(entryPath, desktopEntry(exePath));
+QString registerFreedesktop(const QString &exePath, const QString &dataHome, const QString &configHome,
+    const QStringList &defaultLists, const QStringList &systemData)
+{
+    // An entry the system installed names the program as PATH finds it; where that is this very program, it runs
+    // the same.
+    const QFileInfo exe(exePath);
+    QStringList programs { exe.absoluteFilePath() };
+    const QString found = QStandardPaths::findExecutable(exe.fileName());
+    if (!found.isEmpty() && QFileInfo(found).canonicalFilePath() == exe.canonicalFilePath())
+        programs.append(exe.fileName());
+    const QString error = installDataFiles(programs, dataHome, systemData);
     if (!error.isEmpty())
         return error;
 
@@ -421,13 +472,16 @@ QString registerFreedesktop(
         else if (other.open(QIODevice::ReadOnly))
             lists.append(other.readAll()); // a list that can't be read names no default
     }
-    error = writeIfChanged(listPath, withDefaults(original, defaultsToAdd(lists)));
-    if (!error.isEmpty())
-        return error;
+    const QString listError = writeIfChanged(listPath, withDefaults(original, defaultsToAdd(lists)));
+    if (!listError.isEmpty())
+        return listError;
 
-    refreshCache(QStringLiteral("update-mime-database"), mimeFolder, QStringLiteral("mime.cache"), packagePath);
-    refreshCache(
-        QStringLiteral("update-desktop-database"), applicationsFolder, QStringLiteral("mimeinfo.cache"), entryPath);
+    const QString mimeFolder = dataHome + QStringLiteral("/mime");
+    const QString applicationsFolder = dataHome + QStringLiteral("/applications");
+    refreshCache(QStringLiteral("update-mime-database"), mimeFolder, QStringLiteral("mime.cache"),
+        mimeFolder + QStringLiteral("/packages/tarnwick.xml"));
+    refreshCache(QStringLiteral("update-desktop-database"), applicationsFolder, QStringLiteral("mimeinfo.cache"),
+        applicationsFolder + u'/' + desktopId);
     return QString();
 }
 

@@ -42,20 +42,30 @@ QString registerAll(const QString &exePath);
 
 /// The freedesktop way, in the user's data folder `dataHome` (normally ~/.local/share) and config folder `configHome`
 /// (normally ~/.config):
-///  - `dataHome`/mime/packages/tarnwick.xml declares a type of Tarnwick's own for each extension, a sub-class of
-///    text/plain with its icon; the configuration files' globs weigh less than the usual 50, so another program's
-///    type for *.cfg still wins;
-///  - `dataHome`/icons/hicolor holds the program's icon and the types' icons, as SVG and as PNG in the usual sizes;
-///  - `dataHome`/applications/tarnwick.desktop opens the six types in `exePath` (never text/plain);
+///  - installDataFiles() in `dataHome`, for the program at `exePath` (an entry naming it by its file name counts
+///    when PATH finds this very program there), skipping what one of `systemData` (the desktop's other data folders)
+///    already holds;
 ///  - `configHome`/mimeapps.list makes Tarnwick the default for the four partial types, and the applications that
 ///    open text/plain the default for the two configuration types, so a .cfg keeps opening where it did (none when
 ///    no list names a text/plain default); only for types no list names a default for yet, leaving everything else
 ///    in it as it was. `defaultLists` are the mimeapps.list files whose defaults count, most important first; the
 ///    user's own counts first unless placed among them;
-///  - the desktop's caches are refreshed in the background when they are older than the files and the tools exist.
+///  - the desktop's caches of `dataHome` are refreshed in the background when they are older than the files there and
+///    the tools exist.
 /// A file is written only when its content changes. Stops at the first file that can't be written and returns one
 /// line naming it; "" on success.
-QString registerFreedesktop(
-    const QString &exePath, const QString &dataHome, const QString &configHome, const QStringList &defaultLists = {});
+QString registerFreedesktop(const QString &exePath, const QString &dataHome, const QString &configHome,
+    const QStringList &defaultLists = {}, const QStringList &systemData = {});
+
+/// The data files of the registration under `dataFolder`:
+///  - mime/packages/tarnwick.xml declares a type of Tarnwick's own for each extension, a sub-class of text/plain with
+///    its icon; the configuration files' globs weigh less than the usual 50, so another program's type for *.cfg
+///    still wins;
+///  - icons/hicolor holds the program's icon and the types' icons, as SVG and as PNG in the usual sizes;
+///  - applications/tarnwick.desktop opens the six types (never text/plain) in `programs`' first, as its Exec line.
+/// A file `dataFolder` has no copy of yet is not written when one of `systemData` holds it as it would be written
+/// (the desktop entry for any of `programs`); a copy `dataFolder` has is kept up to date, as it hides the other.
+/// A file is written only when its content changes. "" on success, else one line naming the file not written.
+QString installDataFiles(const QStringList &programs, const QString &dataFolder, const QStringList &systemData = {});
 
 } // namespace FileAssociations

@@ -104,7 +104,7 @@ private Q_SLOTS:
         const std::pair<QString, QString> rows[]
             = { { "/home/me/My Games/tarn wick", "\"/home/me/My Games/tarn wick\" %f" },
                   { "/opt/a$b`c\"d/100%", "\"/opt/a\\\\$b\\\\`c\\\\\"d/100%%\" %f" },
-                  { "/opt/a\\b", "\"/opt/a\\\\\\\\b\" %f" } };
+                  { "/opt/a\\b", "\"/opt/a\\\\\\\\b\" %f" }, { "/usr/bin/tarnwick", "/usr/bin/tarnwick %f" } };
         for (const auto &[exePath, exec] : rows) {
             // The rows share one home: each rewrites the entry, the rest is there already.
             QCOMPARE(registerFreedesktop(exePath, m_home.filePath("data"), m_home.filePath("config")), "");
@@ -186,6 +186,57 @@ private Q_SLOTS:
             QCOMPARE(readTestFile(files[i]), bytes[i]);
             QCOMPARE(QFileInfo(files[i]).lastModified().toSecsSinceEpoch(), past.toSecsSinceEpoch());
         }
+    }
+
+    // What a package installed in a system data folder is not copied into the user's, unless the user has a copy.
+    void systemCopies_data()
+    {
+        QTest::addColumn<bool>("onPath"); // PATH finds the running program by its name
+        QTest::addColumn<QString>("changed"); // a system file made to differ, or a user's copy when in home/
+        QTest::addColumn<QStringList>("written");
+        const QString entry = "applications/tarnwick.desktop";
+        QTest::newRow("all installed") << true << QString() << QStringList();
+        QTest::newRow("entry runs another program") << false << QString() << QStringList { entry };
+        QTest::newRow("older package") << true << "mime/packages/tarnwick.xml"
+                                       << QStringList { "mime/packages/tarnwick.xml" };
+        QStringList icon { "icons/hicolor/scalable/apps/tarnwick.svg" };
+        for (const int size : { 16, 32, 48, 64, 128, 256 })
+            icon.append(QStringLiteral("icons/hicolor/%1x%1/apps/tarnwick.png").arg(size));
+        QTest::newRow("icon size missing") << true << "icons/hicolor/48x48/apps/tarnwick.png" << icon;
+        QTest::newRow("user's own entry") << true << "home/data/" + entry << QStringList { entry };
+    }
+    void systemCopies()
+    {
+        QFETCH(bool, onPath);
+        QFETCH(QString, changed);
+        QTemporaryDir root;
+        const QString system = root.filePath("usr/share"), data = root.filePath("home/data");
+        QCOMPARE(installDataFiles({ "tarnwick" }, system), "");
+        QVERIFY(readTestFile(system + "/applications/tarnwick.desktop").contains("\nExec=tarnwick %f\n"));
+        const QString exe = writeTestFile(m_bin.filePath("tarnwick"), "#!/bin/sh\n");
+        QVERIFY(QFile::setPermissions(exe, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        if (changed.startsWith("home/")) {
+            QVERIFY(QDir().mkpath(QFileInfo(root.filePath(changed)).path()));
+            writeTestFile(root.filePath(changed), "[Desktop Entry]\nExec=/old/tarnwick %f\n");
+        } else if (changed.endsWith(".png")) {
+            QVERIFY(QFile::remove(system + u'/' + changed));
+        } else if (!changed.isEmpty()) {
+            writeTestFile(system + u'/' + changed, readTestFile(system + u'/' + changed).replace("30", "50"));
+        }
+
+        const QString running = onPath ? exe : root.filePath("opt/tarnwick");
+        QCOMPARE(
+            registerFreedesktop(running, data, root.filePath("home/config"), {}, { root.filePath("none"), system }),
+            "");
+        QStringList found;
+        for (QDirIterator it(data, QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
+            found.append(QDir(data).relativeFilePath(it.next()));
+        QFETCH(QStringList, written);
+        found.sort();
+        written.sort();
+        QCOMPARE(found, written);
+        if (written.contains("applications/tarnwick.desktop"))
+            QVERIFY(readTestFile(data + "/applications/tarnwick.desktop").contains("\nExec=" + running.toUtf8()));
     }
 
     // A file where a folder should be: the error names the file not written, and the user's defaults wait.
