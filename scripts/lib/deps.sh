@@ -17,6 +17,7 @@ TARNWICK_DEPS=(
     trayer openbox x11-utils  # a notification area, a window manager and xprop for the tray test under X
     clang libclang-rt-14-dev clang-format gawk
     fonts-wine  # a free Tahoma for the window text (loaded from Wine's font folder)
+    dpkg-dev file desktop-file-utils shared-mime-info  # cpack's Debian package (dpkg-shlibdeps, file) and its test
 )
 
 # Prints the packages of TARNWICK_DEPS that are not installed, one a line.
