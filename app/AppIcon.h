@@ -5,7 +5,7 @@
 
 namespace AppIcon {
 
-/// Tarnwick's icon, drawn from its SVG at whatever size a window asks for.
+/// Tarnwick's icon, in every size a window or panel asks for.
 QIcon icon();
 
 } // namespace AppIcon

@@ -8,11 +8,10 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QImage>
-#include <QPainter>
+#include <QImageReader>
 #include <QProcess>
 #include <QSet>
 #include <QStandardPaths>
-#include <QSvgRenderer>
 #include <QXmlStreamWriter>
 
 #include <algorithm>
@@ -123,14 +122,17 @@ QByteArray desktopEntry(const QString &program)
     return (lines.join(u'\n') + u'\n').toUtf8();
 }
 
-// A square PNG of `size` pixels drawn from `svg`.
-QByteArray pngOf(QSvgRenderer &svg, int size)
+// A square PNG of `size` pixels drawn from `svg`, through Qt's SVG image plugin: loaded only when icons are
+// written, not at every start. Empty when the plugin is missing.
+QByteArray pngOf(const QByteArray &svg, int size)
 {
-    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    svg.render(&painter);
-    painter.end();
+    QBuffer source;
+    source.setData(svg);
+    QImageReader reader(&source, "svg");
+    reader.setScaledSize(QSize(size, size));
+    const QImage image = reader.read();
+    if (image.isNull())
+        return {};
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
@@ -182,9 +184,11 @@ QString installIcon(const QString &dataFolder, const QString &context, const QSt
         || (!QFileInfo::exists(dataFolder + u'/' + svgPath)
             && std::any_of(systemData.cbegin(), systemData.cend(), complete)))
         return QString();
-    QSvgRenderer svg(svgBytes);
     for (qsizetype i = 0; i < pngPaths.size(); ++i) {
-        const QString error = writeIfChanged(dataFolder + u'/' + pngPaths[i], pngOf(svg, pngSizes[i]));
+        const QByteArray png = pngOf(svgBytes, pngSizes[i]);
+        if (png.isEmpty())
+            return QStringLiteral("Qt's SVG image plugin is missing: the icon \"%1\" could not be drawn").arg(picture);
+        const QString error = writeIfChanged(dataFolder + u'/' + pngPaths[i], png);
         if (!error.isEmpty())
             return error;
     }

@@ -45,7 +45,15 @@ frmLoad::frmLoad(QWidget *parent)
     m_text->setObjectName(QStringLiteral("lblLoad"));
     m_text->setFont(QFont(QStringLiteral("Tahoma"), 8));
     layout->addWidget(m_text, 1);
-    setStyleSheet(QStringLiteral("frmLoad { border: 1px solid palette(dark); }"));
+}
+
+void frmLoad::paintEvent(QPaintEvent *event)
+{
+    QDialog::paintEvent(event);
+    // A one-pixel border in the palette's dark colour: a frameless window needs an edge of its own.
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::Dark));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
 }
 
 QString frmLoad::message(bool loadingConfiguration)

@@ -23,6 +23,9 @@ public:
     void showStartUp();
     QString text() const;
 
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
 private:
     QLabel *m_text;
 };

@@ -5,6 +5,7 @@
 
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QImageReader>
 #include <QLabel>
@@ -62,7 +63,14 @@ frmPreview::frmPreview(const ConfigDocument &doc, QWidget *parent)
             PreviewHud();
     });
     connect(&doc, &ConfigDocument::contentReset, this, &frmPreview::PreviewHud);
-    LoadHudImage(sheetPath());
+}
+
+void frmPreview::showEvent(QShowEvent *event)
+{
+    // The sheet is read when the window first shows: a player who never opens the preview never pays for it.
+    if (!m_sheetRead)
+        LoadHudImage(sheetPath());
+    QWidget::showEvent(event);
 }
 
 QString frmPreview::sheetPath()
@@ -72,9 +80,15 @@ QString frmPreview::sheetPath()
 
 void frmPreview::LoadHudImage(const QString &path)
 {
-    QImageReader reader(path);
-    reader.setDecideFormatFromContent(true);
-    const QImage image = reader.read();
+    m_sheetRead = true;
+    // The sheet the build draws is a PNG, read as such; any other picture put in its place is recognised by its
+    // content, which makes Qt load every image plugin it has to ask them.
+    QImage image = QImageReader(path, "png").read();
+    if (image.isNull() && QFileInfo::exists(path)) {
+        QImageReader reader(path);
+        reader.setDecideFormatFromContent(true);
+        image = reader.read();
+    }
     const bool fits = image.width() >= sheetSize.width() && image.height() >= sheetSize.height();
     m_sheet = fits ? QPixmap::fromImage(image) : QPixmap();
     if (HudImageLoaded()) {

@@ -14,7 +14,8 @@ class frmPreview : public QWidget
     Q_OBJECT
 
 public:
-    /// Loads the sprite sheet from sheetPath() and follows every change of `doc`'s HUD settings from then on.
+    /// Follows every change of `doc`'s HUD settings; the sprite sheet is loaded from sheetPath() when the window first
+    /// shows, unless LoadHudImage has taken one before.
     explicit frmPreview(const ConfigDocument &doc, QWidget *parent = nullptr);
 
     /// Where the sprite sheet is looked for: "Images/hud.img" in the program's folder, else in an installed copy's
@@ -40,6 +41,7 @@ Q_SIGNALS:
 
 protected:
     void closeEvent(QCloseEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     /// Clears `target` and copies that rectangle of the sprite sheet to its top-left corner.
@@ -47,6 +49,7 @@ private:
 
     const ConfigDocument &m_doc;
     QPixmap m_sheet; // null while no sprite sheet is loaded
+    bool m_sheetRead = false; // whether a sheet has been looked for
     bool m_hudWanted = false;
     QLabel *m_hud; // the scene, holding the pieces below
     QLabel *m_status;

@@ -4,6 +4,7 @@
 #include "AppIcon.h"
 #include "CommandLine.h"
 #include "CommandLineRouter.h"
+#include "LazyStandardIcons.h"
 #include "ProgramSettings.h"
 #include "SingleInstance.h"
 #include "StartUp.h"
@@ -37,6 +38,7 @@ int main(int argc, char **argv)
     }
     qCInfo(lcShell) << "first copy";
     AppFont::install();
+    QApplication::setStyle(new LazyStandardIcons);
     // A bare X session has no icon theme of its own: the PK3 list and the menus borrow a common one.
     QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
 

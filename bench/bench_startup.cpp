@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -89,7 +90,11 @@ int main(int argc, char **argv)
     QFile(runtime).setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QString tarnwick = root.filePath("prog/tarnwick");
     const QString minimal = root.filePath("prog/bench_minimal_window");
-    if (!QFile::copy(QStringLiteral(TARNWICK_EXE), tarnwick) || !QFile::copy(QStringLiteral(MINIMAL_EXE), minimal)) {
+    // The program comes with the HUD preview's sheet beside it, as it is built and installed.
+    root.mkpath(QStringLiteral("prog/Images"));
+    const QString sheet = QFileInfo(QStringLiteral(TARNWICK_EXE)).dir().filePath(QStringLiteral("Images/hud.img"));
+    if (!QFile::copy(QStringLiteral(TARNWICK_EXE), tarnwick) || !QFile::copy(QStringLiteral(MINIMAL_EXE), minimal)
+        || !QFile::copy(sheet, root.filePath("prog/Images/hud.img"))) {
         std::fprintf(stderr, "bench_startup: can't copy the programs into %s\n", qPrintable(root.path()));
         return 1;
     }

@@ -45,8 +45,10 @@ set(CPACK_DEBIAN_PACKAGE_HOMEPAGE https://github.com/tarnwick/tarnwick)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # libzip is opened by name when an archive first needs it, out of dpkg-shlibdeps' sight: its package is named the
 # way Debian names a library's package after the library (libzip.so.4 is in libzip4).
+# The icons written into the user's data folder are drawn by Qt's SVG image plugin, which libqt6svg6 carries.
+set(CPACK_DEBIAN_PACKAGE_DEPENDS libqt6svg6)
 if(TARNWICK_LIBZIP_SONAME MATCHES "^lib([^.]+)\\.so\\.([0-9]+)$")
-    set(CPACK_DEBIAN_PACKAGE_DEPENDS "lib${CMAKE_MATCH_1}${CMAKE_MATCH_2}")
+    string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS ", lib${CMAKE_MATCH_1}${CMAKE_MATCH_2}")
 endif()
 # The free Tahoma the window text is set in.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS fonts-wine)

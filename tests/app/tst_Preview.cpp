@@ -272,6 +272,7 @@ private Q_SLOTS:
         QFETCH(QStringList, steps);
         QFETCH(int, strip);
         const QString cfg = writeTestFile(m_dir.filePath("hud.cfg"), statusOn);
+        m_preview->show(); // the sheet is read on the first showing
         for (const QString &step : steps) {
             if (step == u"open")
                 QVERIFY(m_window->documentCommands().OpenCfg(cfg));

@@ -38,9 +38,9 @@ deb=${debs[0]}
 dpkg -x "$deb" "$scratch/root"
 usr=$scratch/root/usr
 
-# Depends is what dpkg-shlibdeps found the programs need, and libzip, which they open by name when first needed.
+# Depends is what dpkg-shlibdeps found the programs need, with libzip and Qt's SVG plugin, which they load by name.
 depends=$(dpkg-deb -f "$deb" Depends)
-for lib in libc6 libqt6widgets6 libzip4; do
+for lib in libc6 libqt6widgets6 libqt6svg6 libzip4; do
     [[ "$depends" == *"$lib "* || "$depends" == *"$lib,"* || "$depends" == *"$lib" ]] \
         || fail "Depends lacks $lib: $depends"
 done
