@@ -477,10 +477,10 @@ int CliSession::models(const QString &gameFolder, bool icons)
             lines.append(model.label + u'/' + skin.label);
             if (!icons)
                 continue;
-            const QImage icon = reader.icon(skin);
+            const TgaImage::Picture icon = reader.icon(skin);
             allPictures = allPictures && !icon.isNull();
             lines.last() += icon.isNull() ? QStringLiteral("\tno picture")
-                                          : QStringLiteral("\t%1x%2").arg(icon.width()).arg(icon.height());
+                                          : QStringLiteral("\t%1x%2").arg(icon.width).arg(icon.height);
         }
     }
     const int written = writeLines(lines);

@@ -44,23 +44,24 @@ QString pk3(QByteArrayView input)
 
 QString tga(QByteArrayView input)
 {
-    const QImage image = TgaImage::decode(input.toByteArray());
+    const TgaImage::Picture image = TgaImage::decode(input.toByteArray());
     if (image.isNull())
         return {};
     const auto *header = reinterpret_cast<const uchar *>(input.data());
-    if (image.width() != qFromLittleEndian<quint16>(header + 12)
-        || image.height() != qFromLittleEndian<quint16>(header + 14))
+    if (image.width != qFromLittleEndian<quint16>(header + 12)
+        || image.height != qFromLittleEndian<quint16>(header + 14)
+        || image.pixels.size() != qsizetype(image.width) * image.height)
         return QStringLiteral("the picture is not the size its header gives");
     const bool grey = header[2] == 3 || header[2] == 11;
     const bool alpha = header[16] == 32;
     // Every pixel is read, so a row the decoder left short would show under the sanitizers.
-    for (int y = 0; y < image.height(); ++y) {
-        const auto *row = reinterpret_cast<const QRgb *>(image.constScanLine(y));
-        for (int x = 0; x < image.width(); ++x) {
-            const QRgb pixel = row[x];
-            if (!alpha && qAlpha(pixel) != 255)
+    for (int y = 0; y < image.height; ++y) {
+        for (int x = 0; x < image.width; ++x) {
+            const quint32 pixel = image.pixel(x, y); // 0xAARRGGBB
+            const quint32 red = (pixel >> 16) & 0xff, green = (pixel >> 8) & 0xff, blue = pixel & 0xff;
+            if (!alpha && pixel >> 24 != 255)
                 return QStringLiteral("a picture without alpha has a transparent pixel");
-            if (grey && (qRed(pixel) != qGreen(pixel) || qGreen(pixel) != qBlue(pixel)))
+            if (grey && (red != green || green != blue))
                 return QStringLiteral("a grey picture has a coloured pixel");
         }
     }

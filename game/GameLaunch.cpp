@@ -68,6 +68,15 @@ std::optional<Demo> demoOf(const QString &fileName)
     return Demo { match.captured(1), match.captured(1) + QStringLiteral(".dm3") };
 }
 
+// Whether an archive's entry may be a demo, from its stored name: the extension of its last part starts with "dm"
+// in any case (the last dot of the whole name is its file name's, when that has one). The rest are passed over
+// before their names are made.
+bool mayBeDemo(QByteArrayView name)
+{
+    const qsizetype dot = name.lastIndexOf('.');
+    return dot >= 0 && name.size() - dot >= 3 && (name[dot + 1] | 0x20) == 'd' && (name[dot + 2] | 0x20) == 'm';
+}
+
 class Collector
 {
 public:
@@ -85,7 +94,7 @@ public:
         for (const QString &path : GameLaunch::archivesIn(dataFolder)) {
             cUnzip archive;
             archive.setZipFile(path);
-            if (!archive.List([this](const cUnzip::ZipEntry &e) { add(e.entryName); }))
+            if (!archive.List([this](const cUnzip::ZipEntry &e) { add(e.entryName); }, mayBeDemo))
                 m_list.unreadable.append(archive.ZipFile());
             if (m_betweenArchives)
                 m_betweenArchives();

@@ -69,13 +69,13 @@ public:
             }
         }
         for (const QString &path : GameLaunch::archivesIn(dataFolder)) {
-            m_archive.setZipFile(path);
-            if (m_archive.Directory()) {
-                for (int i = 1; i <= m_archive.FileCount(); ++i)
-                    addEntry(i);
-            } else {
-                m_tree.unreadable.append(path);
-            }
+            cUnzip archive;
+            archive.setZipFile(path);
+            const auto each = [this, &archive](const cUnzip::ZipEntry &e) {
+                addEntry(e.entryFolder, e.entryName, archive.ZipFile());
+            };
+            if (!archive.List(each, underPlayers))
+                m_tree.unreadable.append(archive.ZipFile());
             if (betweenArchives)
                 betweenArchives();
         }
@@ -93,16 +93,31 @@ public:
     }
 
 private:
+    // Whether an archive's entry may lie under models/players/ (in any case, either separator): most do not, and are
+    // passed over before their names are made.
+    static bool underPlayers(QByteArrayView name)
+    {
+        static constexpr char prefix[] = "models/players/";
+        if (name.size() < qsizetype(sizeof prefix - 1))
+            return false;
+        for (qsizetype i = 0; i < qsizetype(sizeof prefix - 1); ++i) {
+            const char c = name[i];
+            if (prefix[i] == '/' ? c != '/' && c != '\\' : (c | 0x20) != prefix[i])
+                return false;
+        }
+        return true;
+    }
+
     // Only an icon right in a model's folder: models/players/MODEL/icon_SKIN.*
-    void addEntry(int i)
+    void addEntry(const QString &folder, const QString &name, const QString &archive)
     {
         static const QString players = QStringLiteral("models\\players\\");
-        const QString folder = m_archive.FileDirectory(i);
         const QString model = folder.mid(players.size());
         if (!folder.startsWith(players, Qt::CaseInsensitive) || model.isEmpty() || model.contains(u'\\'))
             return;
-        const QString name = m_archive.Filename(i);
-        add(model, skinOf(name), { {}, QString(folder).replace(u'\\', u'/') + u'/' + name, m_archive.ZipFile() });
+        const QString skin = skinOf(name);
+        if (!skin.isEmpty()) // most of a model's files are no icon
+            add(model, skin, { {}, QString(folder).replace(u'\\', u'/') + u'/' + name, archive });
     }
 
     void add(const QString &model, const QString &skin, Skin found)
@@ -123,7 +138,6 @@ private:
         m_tree.models[*at].skins.append(found);
     }
 
-    cUnzip m_archive; // one reader for the whole scan
     ModelTree m_tree;
     QHash<QString, int> m_models; // upper-cased name: index in m_tree.models
     QHash<QString, bool> m_skins; // upper-cased "MODEL/SKIN"
@@ -167,7 +181,7 @@ ModelTree ScanPlayerModels(const QString &gameFolder, const std::function<void()
     return collector.take();
 }
 
-QImage IconReader::icon(const Skin &skin)
+TgaImage::Picture IconReader::icon(const Skin &skin)
 {
     // An icon is a few kilobytes; a damaged archive or a stray file claiming more is not read whole.
     constexpr qint64 limit = 16 * 1024 * 1024;

@@ -4,7 +4,7 @@
 
 #include "cUnzip.h"
 
-#include <QImage>
+#include "TgaImage.h"
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -53,8 +53,8 @@ ModelTree ScanPlayerModels(const QString &gameFolder, const std::function<void()
 class IconReader
 {
 public:
-    /// The skin's icon; a null image when it can't be read or is no picture TgaImage decodes.
-    QImage icon(const Skin &skin);
+    /// The skin's icon; a null picture when it can't be read or is no picture TgaImage decodes.
+    TgaImage::Picture icon(const Skin &skin);
 
 private:
     cUnzip m_archive;

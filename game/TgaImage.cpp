@@ -5,6 +5,7 @@
 namespace {
 
 constexpr int headerSize = 18;
+constexpr qint64 maxPixels = 16 * 1024 * 1024;
 
 class Reader
 {
@@ -13,7 +14,7 @@ public:
         : m_bytes(bytes)
     { }
 
-    QImage decode()
+    TgaImage::Picture decode()
     {
         if (m_bytes.size() < headerSize)
             return {};
@@ -35,16 +36,15 @@ public:
         // Each packet byte gives at most 128 pixels: more than that would be a damaged header.
         const qint64 pixels = qint64(width) * height;
         const qint64 left = m_bytes.size() - m_at;
-        if (pixels == 0 || left < 0 || (packed ? pixels > left * 128 : pixels * m_depth > left))
+        if (pixels == 0 || pixels > maxPixels || left < 0 || (packed ? pixels > left * 128 : pixels * m_depth > left))
             return {};
-        QImage image(width, height, m_depth == 4 ? QImage::Format_ARGB32 : QImage::Format_RGB32);
-        if (image.isNull())
-            return {};
-        QRgb pixel = 0;
+        TgaImage::Picture picture;
+        picture.pixels.resize(pixels);
+        quint32 pixel = 0;
         int repeat = 0; // pixels left in the current run
         int raw = 0; // pixels left to read one by one
         for (int y = 0; y < height; ++y) {
-            auto *row = reinterpret_cast<QRgb *>(image.scanLine(topDown ? y : height - 1 - y));
+            quint32 *row = picture.pixels.data() + qsizetype(topDown ? y : height - 1 - y) * width;
             for (int x = 0; x < width; ++x) {
                 if (packed && repeat == 0 && raw == 0) {
                     if (m_at >= m_bytes.size())
@@ -63,20 +63,28 @@ public:
                 row[rightToLeft ? width - 1 - x : x] = pixel;
             }
         }
-        return image;
+        picture.width = width;
+        picture.height = height;
+        picture.hasAlpha = m_depth == 4;
+        return picture;
     }
 
 private:
-    bool read(QRgb *pixel)
+    static quint32 argb(uchar red, uchar green, uchar blue, uchar alpha)
+    {
+        return quint32(alpha) << 24 | quint32(red) << 16 | quint32(green) << 8 | blue;
+    }
+
+    bool read(quint32 *pixel)
     {
         if (m_bytes.size() - m_at < m_depth)
             return false;
         const auto *p = reinterpret_cast<const uchar *>(m_bytes.constData()) + m_at;
         m_at += m_depth;
         if (m_depth == 1)
-            *pixel = qRgb(p[0], p[0], p[0]);
+            *pixel = argb(p[0], p[0], p[0], 255);
         else // blue, green, red and maybe alpha
-            *pixel = qRgba(p[2], p[1], p[0], m_depth == 4 ? p[3] : 255);
+            *pixel = argb(p[2], p[1], p[0], m_depth == 4 ? p[3] : 255);
         return true;
     }
 
@@ -89,7 +97,7 @@ private:
 
 namespace TgaImage {
 
-QImage decode(const QByteArray &bytes)
+Picture decode(const QByteArray &bytes)
 {
     return Reader(bytes).decode();
 }

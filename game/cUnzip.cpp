@@ -473,15 +473,16 @@ bool openPlain(const QString &path, PlainDirectory &d)
     // The end record's signature, exactly once: where there are more, libzip weighs them against each other.
     const auto *const tail = reinterpret_cast<const uchar *>(d.tail.constData());
     const qsizetype lastStart = d.tail.size() - endSize;
+    // Looked for by its third byte, which is rarer than its first: every header of the archive begins with "PK".
     qsizetype at = -1;
-    for (const uchar *p = tail; p <= tail + lastStart; ++p) {
-        p = static_cast<const uchar *>(std::memchr(p, 'P', size_t(tail + lastStart + 1 - p)));
+    for (const uchar *p = tail + 2; p <= tail + lastStart + 2; ++p) {
+        p = static_cast<const uchar *>(std::memchr(p, 5, size_t(tail + lastStart + 3 - p)));
         if (!p)
             break;
-        if (u32(p) == endSignature) {
+        if (u32(p - 2) == endSignature) {
             if (at >= 0)
                 return false;
-            at = p - tail;
+            at = p - 2 - tail;
         }
     }
     if (at < 0)
@@ -531,7 +532,12 @@ bool openPlain(const QString &path, PlainDirectory &d)
 
 // Hands each file entry of a checked central directory to `visit(entry, index)`, one ZipEntry used again and
 // again, so a caller that keeps nothing allocates (almost) nothing per entry.
-template <typename Visit> void readPlain(const PlainDirectory &d, Visit visit)
+bool everyName(QByteArrayView)
+{
+    return true;
+}
+
+template <typename Visit, typename Want> void readPlain(const PlainDirectory &d, Visit visit, Want wanted)
 {
     cUnzip::ZipEntry e;
     // Entries of one folder usually follow each other: they share one folder string.
@@ -548,6 +554,8 @@ template <typename Visit> void readPlain(const PlainDirectory &d, Visit visit)
         const qsizetype nameSize = u16(p + 28);
         const QByteArrayView full(reinterpret_cast<const char *>(p + entrySize), nameSize);
         p += entrySize + nameSize + u16(p + 30) + u16(p + 32);
+        if (!wanted(full))
+            continue;
 
         const qsizetype cut = folderEnd(full);
         const QByteArrayView fileName = full.sliced(cut + 1);
@@ -587,20 +595,30 @@ bool cUnzip::quickDirectory(const std::function<void()> &progress)
         return false;
     m_entries.reserve(m_entries.size() + d.count);
     m_indexes.reserve(m_indexes.size() + d.count);
-    readPlain(d, [this, &progress](const ZipEntry &e, quint64 index) {
-        m_entries.append(e);
-        m_indexes.append(index);
-        if (progress && m_entries.size() % 1024 == 0)
-            progress();
-    });
+    readPlain(
+        d,
+        [this, &progress](const ZipEntry &e, quint64 index) {
+            m_entries.append(e);
+            m_indexes.append(index);
+            if (progress && m_entries.size() % 1024 == 0)
+                progress();
+        },
+        everyName);
     return true;
 }
 
 bool cUnzip::List(const std::function<void(const ZipEntry &)> &each, QString *error) const
 {
+    return List(each, everyName, error);
+}
+
+bool cUnzip::List(const std::function<void(const ZipEntry &)> &each, const std::function<bool(QByteArrayView)> &mayWant,
+    QString *error) const
+{
     PlainDirectory d;
     if (openPlain(m_zipFile, d)) {
-        readPlain(d, [&each](const ZipEntry &e, quint64) { each(e); });
+        readPlain(
+            d, [&each](const ZipEntry &e, quint64) { each(e); }, mayWant);
         return true;
     }
     cUnzip reader;

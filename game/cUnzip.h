@@ -42,6 +42,11 @@ public:
     /// largest archive takes little memory. `each` sees them only once the archive is known to be readable; false
     /// (with the reason in *error, as Directory gives it) when it isn't, and then `each` has seen none.
     bool List(const std::function<void(const ZipEntry &)> &each, QString *error = nullptr) const;
+    /// As List, but an everyday archive hands over only the entries whose full name (its bytes as stored, folders
+    /// separated as written) `mayWant` accepts; the others are never made, so a scan for a few names among many
+    /// skips the rest cheaply. `each` must still decide for itself: other archives hand over every entry.
+    bool List(const std::function<void(const ZipEntry &)> &each, const std::function<bool(QByteArrayView)> &mayWant,
+        QString *error = nullptr) const;
 
     int FileCount() const { return int(m_entries.size()); }
     /// Entries are numbered from 1 to FileCount().

@@ -218,9 +218,11 @@ void frmMdls::showPicture(const QTreeWidgetItem *node)
     }
     if (s >= model.skins.size())
         return;
-    const QImage icon = m_icons.icon(model.skins[s]);
-    if (icon.isNull())
+    const TgaImage::Picture decoded = m_icons.icon(model.skins[s]);
+    if (decoded.isNull())
         return;
+    const QImage icon(reinterpret_cast<const uchar *>(decoded.pixels.constData()), decoded.width, decoded.height,
+        qsizetype(decoded.width) * 4, decoded.hasAlpha ? QImage::Format_ARGB32 : QImage::Format_RGB32);
     const qreal ratio = devicePixelRatioF();
     QPixmap picture = QPixmap::fromImage(
         icon.scaled(QSize(PictureSize - 4, PictureSize - 4) * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));

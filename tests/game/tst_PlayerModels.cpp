@@ -77,7 +77,7 @@ private Q_SLOTS:
             pk3, TestZip::zipBytes({ { "m/icon_b.tga", blue, true }, { "m/icon_c.tga", blue.first(20) }, { "m/x" } }));
         PlayerModels::IconReader reader;
         const auto pixel = [&reader](const QString &icon, const QString &archive = {}) {
-            const QImage image = reader.icon({ {}, icon, archive });
+            const TgaImage::Picture image = reader.icon({ {}, icon, archive });
             return image.isNull() ? 0 : image.pixel(1, 1);
         };
         QCOMPARE(pixel(root.filePath("icon_a.tga")), 0xff0000ffu);
@@ -118,11 +118,11 @@ private Q_SLOTS:
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QList<uint>, pixels);
-        const QImage image = TgaImage::decode(bytes);
+        const TgaImage::Picture image = TgaImage::decode(bytes);
         QCOMPARE(image.isNull(), pixels.isEmpty());
         if (pixels.isEmpty())
             return;
-        QCOMPARE(image.size(), QSize(2, 2));
+        QCOMPARE(QSize(image.width, image.height), QSize(2, 2));
         QCOMPARE((QList<uint> { image.pixel(0, 0), image.pixel(1, 0), image.pixel(0, 1), image.pixel(1, 1) }), pixels);
         for (qsizetype n = 0; n < bytes.size(); ++n) // every byte is needed: any cut gives no picture
             QVERIFY2(TgaImage::decode(bytes.first(n)).isNull(), qPrintable(QString::number(n)));
