@@ -115,6 +115,7 @@ private Q_SLOTS:
         const auto answer = [this, button](const QString &expectPrefill, const QString &type, bool ok) {
             whenModal(this, [=](QWidget *dialog) {
                 auto *field = WindowTest::find<QLineEdit>(dialog, QStringLiteral("txtPass"));
+                QCOMPARE(field->echoMode(), QLineEdit::Password);
                 QCOMPARE(field->text(), expectPrefill);
                 field->setText(type);
                 WindowTest::find<QPushButton>(dialog, QString::fromLatin1(ok ? "cmdOK" : "cmdCancel"))->click();
