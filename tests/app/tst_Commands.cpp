@@ -3,7 +3,6 @@
 #include "WindowTestSupport.h"
 #include "frmKey.h"
 #include "frmLoad.h"
-#include "frmPreview.h"
 
 using namespace WindowTest;
 
@@ -150,54 +149,23 @@ private Q_SLOTS:
         QVERIFY2(shown[0].text.contains(opened.last().toString()), qPrintable(shown[0].text));
     }
 
-    void previewAndAlwaysOnTopToggle()
-    {
-        Commands &commands = m_window->commands();
-        const QString show = commands.menu().caption("Prev1");
-        const frmPreview &preview = m_window->preview();
-        for (const bool on : { true, false }) {
-            commands.run("Prev1");
-            QCOMPARE(preview.isVisible(), on);
-            QCOMPARE(commands.menu().caption("Prev1") != show, on);
-            triggerMenu("OnTop1");
-            QCOMPARE(commands.menu().isChecked("OnTop1"), on);
-            QVERIFY(m_window->windowFlags().testFlag(Qt::WindowStaysOnTopHint) == on && m_window->isVisible());
-        }
-    }
-
     void keyCaptureGoesThroughTheGate()
     {
-        // The capture dialog is a dialog like any other: commands off, the dialog the active one, on top with the
-        // window.
+        // The capture dialog is a dialog like any other: commands off, the active one, on top with the window.
+        // Alt pressed in it binds ALT; the Q pressed while Alt is still down is no Alt+Q for the window.
         triggerMenu("OnTop1");
-        m_window->SelectPage(Page::Control);
-        auto *keys = m_window->findChild<Keys *>("btnKeys_1");
-        bool checked = false;
-        QTimer::singleShot(0, this, [&] {
-            auto *capture = qobject_cast<frmKey *>(QApplication::activeModalWidget());
-            QVERIFY(capture);
-            QCOMPARE(gate().ActiveDialogWindow(), capture);
-            QVERIFY(!gate().HotKeysEnabled());
-            QVERIFY(capture->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-            checked = true;
-            QTest::keyClick(capture, Qt::Key_Escape);
-        });
-        QTest::mouseClick(keys, Qt::LeftButton, {}, QPoint(keys->width() / 4, keys->height() / 2));
-        QVERIFY(checked);
-        QCOMPARE(gate().ActiveDialogWindow(), m_window);
-        triggerMenu("OnTop1");
-    }
-
-    void keyCaptureKeepsTheHeldKeys()
-    {
-        // Alt pressed in the capture binds ALT; the Q pressed while Alt is still down is no Alt+Q for the window.
         m_window->SelectPage(Page::Control);
         m_window->document().setModified(true);
         auto *keys = m_window->findChild<Keys *>("btnKeys_1");
-        QTimer::singleShot(0, this,
-            [] { QTest::keyPress(QApplication::activeModalWidget()->windowHandle(), Qt::Key_Alt, Qt::AltModifier); });
+        QTimer::singleShot(0, this, [this] {
+            auto *capture = qobject_cast<frmKey *>(QApplication::activeModalWidget());
+            QVERIFY(capture && gate().ActiveDialogWindow() == capture && !gate().HotKeysEnabled());
+            QVERIFY(capture->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
+            QTest::keyPress(capture->windowHandle(), Qt::Key_Alt, Qt::AltModifier);
+        });
         QTest::mouseClick(keys, Qt::LeftButton, {}, QPoint(keys->width() / 4, keys->height() / 2));
         QCOMPARE(m_window->document().bindings().at(1).firstKey, QStringLiteral("ALT"));
+        QCOMPARE(gate().ActiveDialogWindow(), m_window);
         // As the desktop sends it: no new Alt press, only Q with Alt held, then the releases.
         QWindow *window = m_window->windowHandle();
         QCOMPARE(observe([&] {
@@ -273,19 +241,6 @@ private Q_SLOTS:
         QCOMPARE(m_window->isVisible(), !closes);
         QCOMPARE(m_window->document().isModified(), !saved);
         QCOMPARE(readTestFile(path).contains("seta cg_fov \"120\""), saved);
-    }
-
-    void refusedCloseEndsATrayExit()
-    {
-        // The tray's Exit leaves the commands off for good; a close the user cancels gives them back.
-        m_window->document().setModified(true);
-        gate().setTrayExitPending(true);
-        gate().setHotKeysEnabled(false);
-        Prompts::setNextAnswers({ QMessageBox::Cancel });
-        QCOMPARE(observe([&] { m_window->close(); }), QStringList { "Tarnwick" });
-        QVERIFY(m_window->isVisible());
-        QVERIFY(!gate().TrayExitPending());
-        QVERIFY(gate().HotKeysEnabled());
     }
 
     void exportAndImportEachKind()
