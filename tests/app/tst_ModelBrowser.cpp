@@ -78,36 +78,18 @@ private Q_SLOTS:
         QTest::addColumn<QString>("click"); // the node clicked, if any
         QTest::addColumn<QString>("close"); // OK, Cancel or Esc
         QTest::addColumn<QString>("after"); // the caption after; the document is modified when it changed
-        QTest::newRow("preselected, OK") << "sarge/DEFAULT"
-                                         << "Sarge/Default"
-                                         << ""
-                                         << "OK"
-                                         << "sarge/default";
-        QTest::newRow("a skin") << "sarge/default"
-                                << "Sarge/Default"
-                                << "Sarge/Red"
-                                << "OK"
-                                << "sarge/red";
-        QTest::newRow("a model alone") << "sarge/default"
-                                       << "Sarge/Default"
-                                       << "Sarge"
-                                       << "OK"
-                                       << "sarge";
-        QTest::newRow("not installed") << "major/red"
-                                       << "major/red"
-                                       << "Keel/Default"
-                                       << "OK"
-                                       << "keel/default";
-        QTest::newRow("Cancel") << "sarge/default"
-                                << "Sarge/Default"
-                                << "Sarge/Red"
-                                << "Cancel"
-                                << "sarge/default";
-        QTest::newRow("Esc") << "sarge/default"
-                             << "Sarge/Default"
-                             << "Sarge/Red"
-                             << "Esc"
-                             << "sarge/default";
+        const auto row = [](const char *tag, const char *caption, const char *shown, const char *click,
+                             const char *close, const char *after) {
+            QTest::newRow(tag) << QString::fromLatin1(caption) << QString::fromLatin1(shown)
+                               << QString::fromLatin1(click) << QString::fromLatin1(close)
+                               << QString::fromLatin1(after);
+        };
+        row("preselected, OK", "sarge/DEFAULT", "Sarge/Default", "", "OK", "sarge/default");
+        row("a skin", "sarge/default", "Sarge/Default", "Sarge/Red", "OK", "sarge/red");
+        row("a model alone", "sarge/default", "Sarge/Default", "Sarge", "OK", "sarge");
+        row("not installed", "major/red", "major/red", "Keel/Default", "OK", "keel/default");
+        row("Cancel", "sarge/default", "Sarge/Default", "Sarge/Red", "Cancel", "sarge/default");
+        row("Esc", "sarge/default", "Sarge/Default", "Sarge/Red", "Esc", "sarge/default");
     }
 
     void choosing()
