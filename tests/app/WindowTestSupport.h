@@ -44,6 +44,35 @@ inline frmMain *shownWindow()
     return window;
 }
 
+/// A main window for a test, shown unless asked not to, with every box and dialog answered through Prompts from
+/// here on; closing it never ends the test program.
+inline frmMain *answeredWindow(bool shown = true)
+{
+    QApplication::setQuitOnLastWindowClosed(false);
+    frmMain *window = shown ? shownWindow() : new frmMain;
+    Prompts::setNextAnswers({});
+    return window;
+}
+
+/// Deletes the window; the test fails when an answer was left over, or the commands were left off but for the
+/// tray's exit.
+inline void closeWindow(frmMain *window)
+{
+    const bool answered = !Prompts::hasPendingAnswers();
+    const bool commandsOn = window->gate().HotKeysEnabled() || window->gate().TrayExitPending();
+    delete window;
+    QVERIFY2(answered, "an answer was not taken");
+    QVERIFY2(commandsOn, "the commands were left off");
+}
+
+/// The pointer comes over the widget.
+inline void hover(QWidget *widget)
+{
+    QEnterEvent enter(
+        QPointF(1, 1), widget->mapTo(widget->window(), QPointF(1, 1)), widget->mapToGlobal(QPointF(1, 1)));
+    QApplication::sendEvent(widget, &enter);
+}
+
 /// Hands the next modal window to `answer` once it is up (it runs inside that window's own event loop).
 /// A scan before the window opens turns the event loop too: until the window is up, it looks again.
 inline void whenModal(QObject *context, const std::function<void(QWidget *)> &answer, int triesLeft = 1000)

@@ -18,15 +18,10 @@ private Q_SLOTS:
     void initTestCase() { AppFont::install(); }
     void init()
     {
-        m_window = shownWindow();
+        m_window = answeredWindow();
         m_page = m_window->variablesPage();
-        Prompts::setNextAnswers({});
     }
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        delete m_window;
-    }
+    void cleanup() { closeWindow(m_window); }
 
     void everyVariableAndOneLineEdited_data() { TestCorpus::addRows(); }
 
@@ -190,12 +185,6 @@ private:
             WindowTest::find<QPushButton>(dialog, QStringLiteral("cmdOK"))->click();
         });
         find<QPushButton>(QStringLiteral("cmdAddVar"))->click();
-    }
-
-    void hover(QWidget *widget) const
-    {
-        QEnterEvent enter(QPointF(1, 1), widget->mapTo(m_window, QPointF(1, 1)), widget->mapToGlobal(QPointF(1, 1)));
-        QApplication::sendEvent(widget, &enter);
     }
 
     // The mouse comes over the row of a variable.

@@ -12,17 +12,8 @@ class tst_DocumentCommands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        m_window = new frmMain;
-        Prompts::setNextAnswers({}); // boxes and dialogs answered from here on, none shown
-    }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        delete m_window;
-    }
+    void init() { m_window = answeredWindow(false); }
+    void cleanup() { closeWindow(m_window); }
 
     void newModesAndName_data()
     {

@@ -19,25 +19,13 @@ class tst_GameCommands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QApplication::setQuitOnLastWindowClosed(false);
-        qputenv("HOME", QFile::encodeName(m_home.path())); // no demos of the player's own
-    }
-
+    void initTestCase() { qputenv("HOME", QFile::encodeName(m_home.path())); } // no demos of the player's own
     void init()
     {
-        m_window = shownWindow();
+        m_window = answeredWindow();
         m_game = std::make_unique<QTemporaryDir>();
-        Prompts::setNextAnswers({});
     }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        QVERIFY(m_window->gate().HotKeysEnabled()); // every way out gives the commands back
-        delete m_window;
-    }
+    void cleanup() { closeWindow(m_window); } // every way out gives the commands back
 
     void runGame_data()
     {

@@ -271,12 +271,6 @@ private:
     MsgBoard *board() const { return find<MsgBoard>(QStringLiteral("MsgBoard1")); }
     QWidget *pageButton(int i) const { return find(QStringLiteral("btnMain_%1").arg(i)); }
     QWidget *subPageButton(int i) const { return find(QStringLiteral("btnCtrls_%1").arg(i)); }
-    void hover(QWidget *widget) const
-    {
-        QEnterEvent enter(QPointF(1, 1), widget->mapTo(m_window, QPointF(1, 1)), widget->mapToGlobal(QPointF(1, 1)));
-        QApplication::sendEvent(widget, &enter);
-    }
-
     void setChecked(const QString &box, bool on) const
     {
         if (find<QCheckBox>(box)->isChecked() != on)

@@ -48,7 +48,6 @@ class tst_ModelBrowser : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setQuitOnLastWindowClosed(false);
         qputenv("HOME", QFile::encodeName(m_game.filePath("home")));
         TestGameFiles::make(m_game,
             { "ioquake3.x86_64*", "baseq3/models/players/Sarge/icon_red.tga", "baseq3/bad.pk3!", "baseq3/worse.pk3!" });
@@ -59,17 +58,10 @@ private Q_SLOTS:
 
     void init()
     {
-        m_window = shownWindow();
+        m_window = answeredWindow();
         m_window->settings().setGameFolder(m_game.path());
-        Prompts::setNextAnswers({});
     }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        QVERIFY(m_window->gate().HotKeysEnabled());
-        delete m_window;
-    }
+    void cleanup() { closeWindow(m_window); }
 
     void choosing_data()
     {

@@ -10,18 +10,8 @@ class tst_NothingLost : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QApplication::setQuitOnLastWindowClosed(false);
-        m_window = shownWindow();
-        Prompts::setNextAnswers({});
-    }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        delete m_window;
-    }
+    void init() { m_window = answeredWindow(); }
+    void cleanup() { closeWindow(m_window); }
 
     void openSaysWhatASaveDrops_data()
     {
@@ -50,8 +40,7 @@ private Q_SLOTS:
         QCOMPARE(board()->Message(), warning.isEmpty() ? QStringLiteral("Welcome to Tarnwick.") : warning);
         QCOMPARE(board()->MsgType(), int(warning.isEmpty() ? MsgType::Information : MsgType::Caution));
         // The next help text replaces it, as any other.
-        QEnterEvent enter(QPointF(1, 1), QPointF(1, 1), QPointF(1, 1));
-        QApplication::sendEvent(find(m_window, "chkBlood"), &enter);
+        hover(find(m_window, "chkBlood"));
         QVERIFY(board()->Message().contains("blood"));
     }
 

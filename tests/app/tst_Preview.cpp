@@ -42,7 +42,6 @@ class tst_Preview : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setQuitOnLastWindowClosed(false);
         QImageReader reader(frmPreview::sheetPath());
         reader.setDecideFormatFromContent(true);
         m_sheet = reader.read().convertToFormat(QImage::Format_RGB32);
@@ -65,17 +64,10 @@ private Q_SLOTS:
 
     void init()
     {
-        m_window = shownWindow();
+        m_window = answeredWindow();
         m_preview = &m_window->preview();
-        Prompts::setNextAnswers({});
     }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        QVERIFY(m_window->gate().HotKeysEnabled());
-        delete m_window;
-    }
+    void cleanup() { closeWindow(m_window); }
 
     void piecesFollowTheHudBoxes_data()
     {

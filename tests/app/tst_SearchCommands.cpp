@@ -10,12 +10,8 @@ class tst_SearchCommands : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase()
-    {
-        QApplication::setQuitOnLastWindowClosed(false);
-        // The home folder is the place the dialog offers first, and searches unless told otherwise.
-        qputenv("HOME", QFile::encodeName(m_home.path()));
-    }
+    // The home folder is the place the dialog offers first, and searches unless told otherwise.
+    void initTestCase() { qputenv("HOME", QFile::encodeName(m_home.path())); }
 
     void init()
     {
@@ -24,16 +20,9 @@ private Q_SLOTS:
             writeTestFile(
                 m_home.filePath(QStringLiteral("%1/q3config.cfg").arg(QString::fromLatin1(folder))), smallCfg);
         }
-        m_window = shownWindow();
-        Prompts::setNextAnswers({});
+        m_window = answeredWindow();
     }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        QVERIFY(m_window->gate().HotKeysEnabled());
-        delete m_window;
-    }
+    void cleanup() { closeWindow(m_window); }
 
     void load_data()
     {

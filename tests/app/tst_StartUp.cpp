@@ -18,25 +18,14 @@ class tst_StartUp : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        QApplication::setQuitOnLastWindowClosed(false);
         // Registering the file types writes into the user's data and config folders: keep them here.
         qputenv("XDG_DATA_HOME", m_dir.filePath("data").toLocal8Bit());
         qputenv("XDG_CONFIG_HOME", m_dir.filePath("config").toLocal8Bit());
         qputenv("PATH", m_dir.path().toLocal8Bit()); // and start no desktop tool
     }
 
-    void init()
-    {
-        m_window = new frmMain;
-        Prompts::setNextAnswers({}); // boxes and dialogs answered from here on, none shown
-    }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        QVERIFY(m_window->gate().HotKeysEnabled());
-        delete m_window;
-    }
+    void init() { m_window = answeredWindow(false); }
+    void cleanup() { closeWindow(m_window); }
 
     void commandLineRunsItsRequest_data()
     {

@@ -11,19 +11,8 @@ class tst_Tray : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
-
-    void init()
-    {
-        m_window = shownWindow();
-        Prompts::setNextAnswers({});
-    }
-
-    void cleanup()
-    {
-        QVERIFY(!Prompts::hasPendingAnswers());
-        delete m_window;
-    }
+    void init() { m_window = answeredWindow(); }
+    void cleanup() { closeWindow(m_window); }
 
     void onTopFromEverySource_data()
     {
