@@ -142,20 +142,6 @@ private Q_SLOTS:
                        "sound\tcaf\xc3\xa9.wav\t-\n"));
     }
 
-    void checkListsWhatASaveDrops()
-    {
-        write("mixed.cfg",
-            "// mine\r\nseta cg_fov 90\r\nexec more.cfg\r\n\r\ncom_maxfps 125\r\nbind F1 \"vote yes\"\r\n");
-        const Result r = run({ "check", at("mixed.cfg") });
-        QCOMPARE(r.code, 3);
-        QCOMPARE(r.err, QByteArray());
-        QCOMPARE(r.out,
-            QByteArray("3\texec more.cfg\n5\tcom_maxfps 125\n6\tbind F1 \"vote yes\"\n"
-                       "mixed.cfg: 3 lines a save would not keep\n"));
-        write("clean.cfg", "// only settings\nseta cg_fov 90\nbind w +forward\n");
-        QCOMPARE(run({ "check", at("clean.cfg") }).code, 0);
-    }
-
     // The timedemo list, the player models and the game's command line, printed, with a broken archive said
     // and skipped.
     void demosAndStart()
