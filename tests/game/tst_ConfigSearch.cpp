@@ -1,31 +1,19 @@
-// The walk for q3config.cfg over trees built here, and the search dialog running it.
+// The walk for q3config.cfg over trees built here, the search dialog running it, and the Q3Config Search of the
+// real window, whose Load opens the chosen file through the window's own open sequence.
 #include "ConfigSearch.h"
-#include "TestFiles.h"
+#include "TestGameFiles.h"
+#include "WindowTestSupport.h"
 #include "frmSearch.h"
-
-#include <QtTest>
-#include <QtWidgets>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 using ConfigSearch::Walker;
+using TestGameFiles::make;
+using namespace WindowTest;
 
 namespace {
-
-// Under `root`: "PATH>TARGET" a link, any other PATH a small file.
-void make(const QTemporaryDir &root, const QStringList &items)
-{
-    for (const QString &item : items) {
-        const QString path = root.filePath(item.section(u'>', 0, 0));
-        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
-        if (item.contains(u'>'))
-            QVERIFY(QFile::link(item.section(u'>', 1), path));
-        else
-            writeTestFile(path, "seta cg_fov \"100\"\r\n");
-    }
-}
 
 // What a walk reports: its matches, relative to `base`; `onEnter` runs as each folder is entered.
 class Recorder final : public ConfigSearch::Visitor
@@ -53,14 +41,6 @@ private:
     std::function<void(const QByteArray &)> m_onEnter;
 };
 
-template <typename T = QWidget> T *find(const QObject *root, const char *name)
-{
-    T *widget = root->findChild<T *>(QString::fromLatin1(name));
-    if (!widget)
-        qFatal("no widget %s", name);
-    return widget;
-}
-
 QStringList items(const QComboBox *list)
 {
     QStringList texts;
@@ -76,6 +56,8 @@ class tst_ConfigSearch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    // The home folder is the place the window's dialog offers first, and searches unless told otherwise.
+    void initTestCase() { qputenv("HOME", QFile::encodeName(m_home.path())); }
     void cleanup() { ConfigSearch::BackgroundWalk::setFolderHook({}); }
 
     void walk_data()
@@ -223,7 +205,7 @@ private Q_SLOTS:
         // The searching look, with the running count.
         QCOMPARE(search->text(), QStringLiteral("&Stop"));
         for (const char *name : { "Check1", "Drive1", "cbResults", "cmdLoad", "cmdCancel" })
-            QVERIFY2(!find(&dialog, name)->isEnabled(), name);
+            QVERIFY2(!find(&dialog, QString::fromLatin1(name))->isEnabled(), name);
         QTRY_COMPARE(find<QLabel>(&dialog, "lblSearching")->text(), "      Searching " + root.filePath("c/"));
         QVERIFY(find<QLabel>(&dialog, "lblFound")->isVisible());
         QCOMPARE(find<QLabel>(&dialog, "lblFound")->text(), QStringLiteral("Found 2 config files."));
@@ -271,14 +253,76 @@ private Q_SLOTS:
         QVERIFY(!drive->isEnabled()); // the box still checked
     }
 
+    void load_data()
+    {
+        QTest::addColumn<bool>("modified");
+        QTest::addColumn<bool>("deleted"); // the chosen file is deleted after the search
+        QTest::addColumn<QList<Answer>>("answers");
+        QTest::addColumn<QStringList>("shown"); // titles, then texts, of the boxes shown
+        QTest::addColumn<bool>("opened");
+        const QString save = "Save changes to configuration file \n\"Untitled\" before loading a new?";
+        const QString gone = "The file '" + m_home.filePath("a/q3config.cfg") + "' seams to be not existing any more.";
+        QTest::newRow("opens the file") << false << false << QList<Answer> {} << QStringList {} << true;
+        QTest::newRow("modified, Cancel: all stays as it was")
+            << true << false << QList<Answer> { QMessageBox::Cancel } << QStringList { "Tarnwick", save } << false;
+        QTest::newRow("deleted since the search")
+            << false << true << QList<Answer> { QMessageBox::Ok } << QStringList { "Error", gone } << false;
+    }
+
+    void load()
+    {
+        QFETCH(bool, modified);
+        QFETCH(bool, deleted);
+        QFETCH(QList<Answer>, answers);
+        QFETCH(QStringList, shown);
+        QFETCH(bool, opened);
+        make(m_home, { "a/q3config.cfg", "b/q3config.cfg" });
+        m_window = answeredWindow();
+        const auto close = qScopeGuard([this] { closeWindow(m_window); });
+        if (modified)
+            editFov(*m_window);
+        const QString chosen = m_home.filePath("a/q3config.cfg");
+        QStringList seen;
+        whenModal(this, [&](QWidget *dialog) {
+            QCOMPARE(dialog->objectName(), QStringLiteral("frmSearch"));
+            QVERIFY(!m_window->gate().HotKeysEnabled());
+            find<QPushButton>(dialog, "cmdSearch")->click();
+            QTRY_VERIFY(!qobject_cast<frmSearch *>(dialog)->searching());
+            auto *results = find<QComboBox>(dialog, "cbResults");
+            QCOMPARE(results->count(), 2);
+            QCOMPARE(results->currentText(), chosen);
+            if (deleted)
+                QVERIFY(QFile::remove(chosen));
+            Prompts::setNextAnswers(answers);
+            find<QPushButton>(dialog, "cmdLoad")->click();
+            for (const Prompts::Shown &box : Prompts::takeShown())
+                seen << box.title << box.text;
+            QCOMPARE(dialog->isVisible(), !opened);
+            QCOMPARE(results->count(), 2); // the list stays
+            if (dialog->isVisible())
+                find<QPushButton>(dialog, "cmdCancel")->click();
+        });
+        m_window->commands().run("Search1");
+        QCOMPARE(seen, shown);
+        const ConfigDocument &doc = m_window->document();
+        QCOMPARE(doc.path(), opened ? chosen : QString());
+        QCOMPARE(doc.isModified(), modified && !opened);
+        QCOMPARE(m_window->windowTitle(),
+            opened ? QStringLiteral("q3config.cfg - Tarnwick") : QStringLiteral("Untitled - Tarnwick"));
+        QCOMPARE(m_window->commands().menu().isEnabled("Def1"), opened);
+    }
+
 private:
     static void verifyIdle(const frmSearch &dialog)
     {
         QCOMPARE(find<QPushButton>(&dialog, "cmdSearch")->text(), QStringLiteral("&Search"));
         QVERIFY(!find(&dialog, "lblFound")->isVisible());
         for (const char *name : { "Check1", "Drive1", "cbResults", "cmdCancel" })
-            QVERIFY2(find(&dialog, name)->isEnabled(), name);
+            QVERIFY2(find(&dialog, QString::fromLatin1(name))->isEnabled(), name);
     }
+
+    QTemporaryDir m_home;
+    frmMain *m_window = nullptr;
 };
 
 QTEST_MAIN(tst_ConfigSearch)
