@@ -184,9 +184,12 @@ private Q_SLOTS:
         QCOMPARE(doc.text(QStringLiteral("txtFOV")), QStringLiteral("90"));
         find<QLineEdit>(QStringLiteral("txtName"))->setFocus();
         QCOMPARE(fov->text(), QStringLiteral("90"));
-        // Typed digits still go in as they are.
-        QTest::keyClicks(fov, QStringLiteral("5"));
+        // Typed digits still go in as they are; a letter does not.
+        QTest::keyClicks(fov, QStringLiteral("5x"));
         QCOMPARE(doc.text(QStringLiteral("txtFOV")), QStringLiteral("905"));
+        // A field that must hold a number turns "0" at once.
+        find<QLineEdit>(QStringLiteral("txtForce"))->clear();
+        QCOMPARE(doc.text(QStringLiteral("txtForce")), QStringLiteral("0"));
     }
 
     void keyButtonsDefineMoveAndDelete()

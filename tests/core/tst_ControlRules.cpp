@@ -1,4 +1,4 @@
-// What the pages derive from values, without a window: help texts, dependencies, slider labels, text fields.
+// What the pages derive from values, without a window: help texts, dependencies, slider labels.
 #include "ControlRules.h"
 #include "Defaults.h"
 #include "SettingCatalog.h"
@@ -131,17 +131,6 @@ private Q_SLOTS:
         for (const auto &[slider, position, label] : rows)
             QCOMPARE(sliderLabel(catalog.row(catalog.indexOfControl(QString::fromLatin1(slider))), position),
                 QString::fromLatin1(label));
-    }
-
-    // Which fields take digits only, and which turn "0" when emptied.
-    void textFields()
-    {
-        const std::tuple<const char *, bool, bool> rows[] = { { "txtForce", true, true }, { "txtAwards", true, true },
-            { "txtFOV", true, false }, { "txtName", false, false } };
-        for (const auto &[field, digitsOnly, neverEmpty] : rows) {
-            QVERIFY2(isNumericField(QString::fromLatin1(field)) == digitsOnly, field);
-            QVERIFY2(mustNotBeEmpty(QString::fromLatin1(field)) == neverEmpty, field);
-        }
     }
 };
 
