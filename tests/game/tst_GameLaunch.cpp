@@ -1,5 +1,6 @@
-// The timedemo list and the game's command line, from game, home and PATH folders built here; both scans of the
-// game's archives when the folder goes away under them.
+// Which folders hold the game, the timedemo list and the game's command line, from game, home and PATH folders
+// built here; both scans of the game's archives when the folder goes away under them.
+#include "GameFolder.h"
 #include "GameLaunch.h"
 #include "PlayerModels.h"
 #include "TestGameFiles.h"
@@ -12,6 +13,52 @@ class tst_GameLaunch : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void holdsTheGame_data()
+    {
+        QTest::addColumn<QStringList>("files"); // see make()
+        QTest::addColumn<QString>("found"); // the program found, "" for none
+        QTest::newRow("the original") << QStringList { "quake3.exe" } << "quake3.exe";
+        QTest::newRow("the original comes first") << QStringList { "quake3e.x64", "quake3.exe" } << "quake3.exe";
+        QTest::newRow("baseq3 alone is not the game") << QStringList { "baseq3/pak0.pk3" } << "";
+        QTest::newRow("a folder named like the program") << QStringList { "quake3.exe/readme.txt" } << "";
+        QTest::newRow("another program") << QStringList { "quake3.bat", "q3.exe" } << "";
+    }
+
+    void holdsTheGame()
+    {
+        QFETCH(QStringList, files);
+        QFETCH(QString, found);
+        QTemporaryDir dir;
+        make(dir, files);
+        QCOMPARE(GameFolder::executableIn(dir.path()), found.isEmpty() ? QString() : dir.filePath(found));
+        QCOMPARE(GameFolder::isValid(dir.path()), !found.isEmpty());
+    }
+
+    // Which installation the folder picker opens at, as installations appear in a home folder and on PATH.
+    void firstInstallation()
+    {
+        QTemporaryDir home;
+        const QDir dir(home.path());
+        qputenv("HOME", QFile::encodeName(home.path()));
+        qputenv("PATH", QFile::encodeName(dir.filePath("bin")));
+        qunsetenv("WINEPREFIX");
+        const auto install = [&dir](const QString &folder, const QString &program) {
+            QVERIFY(dir.mkpath(folder));
+            writeTestFile(dir.filePath(folder + u'/' + program), {});
+            QFile(dir.filePath(folder + u'/' + program)).setPermissions(QFileDevice::ReadOwner | QFileDevice::ExeOwner);
+        };
+        install("Quake3e", "readme.txt");
+        QCOMPARE(GameFolder::firstInstallation(), QString());
+        install(".wine/drive_c/Program Files (x86)/Quake III Arena", "quake3.exe");
+        QCOMPARE(GameFolder::firstInstallation(), dir.filePath(".wine/drive_c/Program Files (x86)/Quake III Arena"));
+        install(".local/share/Steam/steamapps/common/Quake 3 Arena", "quake3.exe");
+        QCOMPARE(GameFolder::firstInstallation(), dir.filePath(".local/share/Steam/steamapps/common/Quake 3 Arena"));
+        // A program on PATH comes first, and the game lies where its link leads.
+        install("games/q3", "quake3e.x64");
+        QVERIFY(dir.mkpath("bin") && QFile::link("../games/q3/quake3e.x64", dir.filePath("bin/quake3e")));
+        QCOMPARE(GameFolder::firstInstallation(), dir.filePath("games/q3"));
+    }
+
     void gameFolder_data()
     {
         QTest::addColumn<QStringList>("files"); // see make()
