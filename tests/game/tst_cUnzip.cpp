@@ -98,12 +98,9 @@ private Q_SLOTS:
         const auto row = [](const char *tag, const QByteArrayList &names, const QStringList &listed) {
             QTest::newRow(tag) << names << listed;
         };
-        row("nested", { "models/players/sarge/head.md3", "autoexec.cfg" },
-            { "models\\players\\sarge|head.md3", "|autoexec.cfg" });
         row("folder entries skipped", { "models/", "models/players/", "models/players/a.skin" },
             { "models\\players|a.skin" });
         row("folders only", { "maps/", "/", "maps/x/" }, {});
-        row("leading slash stays", { "/abs/x", "/y" }, { "/abs|x", "|/y" });
         row("backslashes separate too", { "maps\\q3dm1.bsp", "a/b\\c.txt", "\\d" },
             { "maps|q3dm1.bsp", "a\\b|c.txt", "|d" });
         row("UTF-8 and code page 437 names", { "sons/caf\xc3\xa9.wav", "sons/caf\x82.wav" },
@@ -186,37 +183,25 @@ private Q_SLOTS:
         }
     }
 
-    void unzipStaysInsideItsFolder()
+    // What an extraction writes where (the names it refuses are hostileArchives' matter): packed data unpacked, an
+    // entry not selected left out, "./" dropped, and the rest written after a refusal.
+    void unzipWritesTheSelectedEntries()
     {
         QTemporaryDir dir;
-        const QString out = dir.filePath(QStringLiteral("out"));
-        QVERIFY(QDir().mkpath(out));
-        QVERIFY(QFile::link(dir.path(), out + QStringLiteral("/link")));
         const QByteArray map = QByteArray("brush\n").repeated(500);
-        QList<RawEntry> entries = named({ "b.cfg", "skip/me.txt", "../escape.txt", "/abs.txt", "C:evil.txt",
-            "maps/../../up.txt", "\\back.txt", "link/through.txt", "./dot/ok.txt" });
+        QList<RawEntry> entries = named({ "../escape.txt", "b.cfg", "skip/me.txt", "./dot/ok.txt" });
         entries.prepend({ "maps/a.bsp", map, true });
-        entries.append({ "locked.cfg", "x", false, true });
         cUnzip zip;
         zip.setZipFile(archive(entries));
-        zip.UnzipFolder = out;
+        zip.UnzipFolder = dir.filePath(QStringLiteral("out"));
         QVERIFY(zip.Directory());
-        zip.setFileSelected(3, false);
+        zip.setFileSelected(4, false);
         QString error;
         QVERIFY(!zip.Unzip(&error));
-
-        QCOMPARE(readTestFile(out + QStringLiteral("/maps/a.bsp")), map);
-        QCOMPARE(readTestFile(out + QStringLiteral("/b.cfg")), QByteArray("data of b.cfg"));
-        QCOMPARE(readTestFile(out + QStringLiteral("/dot/ok.txt")), QByteArray("data of ./dot/ok.txt"));
-        QVERIFY(!QFile::exists(out + QStringLiteral("/skip/me.txt")));
-        QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList { "out" });
-        QVERIFY(!QFile::exists(QStringLiteral("/abs.txt")));
-        const QStringList lines = error.split(u'\n');
-        QCOMPARE(lines.size(), 7);
-        const QStringList refused { "../escape.txt", "/abs.txt", "C:evil.txt", "maps/../../up.txt", "\\back.txt",
-            "link/through.txt", "locked.cfg" };
-        for (int i = 0; i < refused.size(); ++i)
-            QVERIFY2(lines[i].startsWith(refused[i] + u':'), qPrintable(lines[i]));
+        QVERIFY2(error.startsWith(QStringLiteral("../escape.txt:")) && !error.contains(u'\n'), qPrintable(error));
+        QCOMPARE(filesBelow(dir.path()), (QStringList { "out/b.cfg", "out/dot/ok.txt", "out/maps/a.bsp" }));
+        QCOMPARE(readTestFile(zip.UnzipFolder + QStringLiteral("/maps/a.bsp")), map);
+        QCOMPARE(readTestFile(zip.UnzipFolder + QStringLiteral("/dot/ok.txt")), QByteArray("data of ./dot/ok.txt"));
     }
 
     void unzipNeverFollowsLinks_data()
