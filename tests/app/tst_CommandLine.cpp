@@ -23,49 +23,43 @@ private Q_SLOTS:
         QVERIFY(QDir(m_dir.path()).mkdir("folder.ctr") && QDir(m_dir.path()).mkdir("folder.hud"));
     }
 
-    void classify_data()
-    {
-        QTest::addColumn<QString>("text"); // "@" stands for the test folder
-        QTest::addColumn<int>("action");
-        QTest::addColumn<QString>("path");
-        QTest::addColumn<int>("kind");
-        const int nothing = int(Action::Nothing), dialog = int(Action::OpenDialog), open = int(Action::OpenConfig),
-                  import = int(Action::Import);
-        QTest::newRow("empty") << "   " << nothing << "" << -1;
-        QTest::newRow("cfg, not looked for") << "@/missing.cfg" << open << "@/missing.cfg" << -1;
-        QTest::newRow("cfg in quotes, blanks around") << "  \"@/f g.cfg\" " << open << "@/f g.cfg" << -1;
-        QTest::newRow("one quote only") << "\"@/x.CFG" << open << "@/x.CFG" << -1;
-        QTest::newRow("any ending in cfg") << "notacfg" << open << "notacfg" << -1;
-        QTest::newRow("config that exists") << "@/a.config" << open << "@/a.config" << -1;
-        QTest::newRow("config missing") << "@/missing.config" << nothing << "" << -1;
-        QTest::newRow("hidden config") << "@/.hidden.config" << nothing << "" << -1;
-        QTest::newRow("config by wildcard") << "@/*.config" << open << "@/*.config" << -1;
-        QTest::newRow("open switch") << "C:\\Games\\Tarnwick\\open" << dialog << "" << -1;
-        QTest::newRow("open switch, slash") << "/usr/bin/OPEN" << dialog << "" << -1;
-        QTest::newRow("ctr, upper case") << "@/b.CTR" << import << "@/b.CTR" << 0;
-        QTest::newRow("ctr hidden") << "@/.hidden.ctr" << nothing << "" << -1;
-        QTest::newRow("ctr folder") << "@/folder.ctr" << nothing << "" << -1;
-        QTest::newRow("ctr by wildcard") << "@/?.CTR" << import << "@/?.CTR" << 0;
-        QTest::newRow("rnr") << "\"@/c.rnr\"" << import << "@/c.rnr" << 1;
-        QTest::newRow("rnr missing") << "@/x.rnr" << nothing << "" << -1;
-        QTest::newRow("hud") << "@/d.hud" << import << "@/d.hud" << 2;
-        QTest::newRow("hud hidden still counts") << "@/.hidden.hud" << import << "@/.hidden.hud" << 2;
-        QTest::newRow("hud folder") << "@/folder.hud" << nothing << "" << -1;
-        QTest::newRow("hud wildcard is no file") << "@/*.hud" << nothing << "" << -1;
-        QTest::newRow("rlg") << "@/e.rlg" << import << "@/e.rlg" << 3;
-        QTest::newRow("other") << "@/readme.txt" << nothing << "" << -1;
-    }
-
+    // "@" stands for the test folder; -1: no kind.
     void classify()
     {
-        QFETCH(QString, text);
-        QFETCH(int, action);
-        QFETCH(QString, path);
-        QFETCH(int, kind);
-        const CommandLine::Request request = CommandLine::classify(text.replace(u'@', m_dir.path()));
-        QCOMPARE(int(request.action), action);
-        QCOMPARE(request.path, path.replace(u'@', m_dir.path()));
-        QCOMPARE(request.kind ? int(*request.kind) : -1, kind);
+        const int nothing = int(Action::Nothing), dialog = int(Action::OpenDialog), open = int(Action::OpenConfig),
+                  import = int(Action::Import);
+        const std::tuple<const char *, int, const char *, int> rows[] = {
+            { "   ", nothing, "", -1 },
+            { "@/missing.cfg", open, "@/missing.cfg", -1 }, // a configuration is not looked for
+            { "  \"@/f g.cfg\" ", open, "@/f g.cfg", -1 }, // quotes and blanks around go
+            { "\"@/x.CFG", open, "@/x.CFG", -1 }, // one quote only
+            { "notacfg", open, "notacfg", -1 }, // any ending in cfg
+            { "@/a.config", open, "@/a.config", -1 },
+            { "@/missing.config", nothing, "", -1 },
+            { "@/.hidden.config", nothing, "", -1 },
+            { "@/*.config", open, "@/*.config", -1 }, // by wildcard
+            { "C:\\Games\\Tarnwick\\open", dialog, "", -1 },
+            { "/usr/bin/OPEN", dialog, "", -1 },
+            { "@/b.CTR", import, "@/b.CTR", 0 },
+            { "@/.hidden.ctr", nothing, "", -1 },
+            { "@/folder.ctr", nothing, "", -1 },
+            { "@/?.CTR", import, "@/?.CTR", 0 }, // by wildcard
+            { "\"@/c.rnr\"", import, "@/c.rnr", 1 },
+            { "@/x.rnr", nothing, "", -1 },
+            { "@/d.hud", import, "@/d.hud", 2 },
+            { "@/.hidden.hud", import, "@/.hidden.hud", 2 }, // hidden still counts
+            { "@/folder.hud", nothing, "", -1 },
+            { "@/*.hud", nothing, "", -1 }, // a wildcard is no file
+            { "@/e.rlg", import, "@/e.rlg", 3 },
+            { "@/readme.txt", nothing, "", -1 },
+        };
+        for (const auto &[text, action, path, kind] : rows) {
+            const CommandLine::Request request
+                = CommandLine::classify(QString::fromLatin1(text).replace(u'@', m_dir.path()));
+            QVERIFY2(int(request.action) == action, text);
+            QCOMPARE(request.path, QString::fromLatin1(path).replace(u'@', m_dir.path()));
+            QVERIFY2((request.kind ? int(*request.kind) : -1) == kind, text);
+        }
     }
 
     void joinArguments()
