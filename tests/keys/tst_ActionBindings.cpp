@@ -104,7 +104,8 @@ private Q_SLOTS:
         }
     }
 
-    // Bindings written as bind lines and read back; the lines themselves where given.
+    // Bindings written as bind lines and read back. (Punctuation keys, a key on
+    // several actions and a name beyond ASCII go round through the fuzz replay's bind lines.)
     void writtenLinesReadBack()
     {
         const std::tuple<const char *, QStringList, const char *> rows[] = {
@@ -115,17 +116,13 @@ private Q_SLOTS:
             { "1=|UPARROW", { "bind UPARROW \"+forward\"" }, "1=UPARROW|" },
             // Reading upper-cases every name, the scroll lock name included.
             { "10=0x00|", { "bind 0x00 \"+attack\"" }, "10=0X00|" },
-            { "7=\\|' 8==|- 30=SEMICOLON|` 36=~|", {}, nullptr },
-            { "1=W|W 2=W| 35=F1|KP_ENTER", {}, nullptr }, // one key on several actions
-            { "1=\u00C9|", {}, nullptr }, // a non-ASCII one-character name
         };
         for (const auto &[written, lines, read] : rows) {
             const ActionBindings original = bindingsFrom(QString::fromUtf8(written));
             QStringList all;
             for (int i = 0; i < ActionTable::Count; ++i)
                 all += original.BindLinesFor(i);
-            if (!lines.isEmpty())
-                QCOMPARE(all, lines);
+            QCOMPARE(all, lines);
             ActionBindings reread = bindingsFrom(QStringLiteral("1=X|Y"));
             reread.ClearAllBindings();
             for (const QString &line : all)
