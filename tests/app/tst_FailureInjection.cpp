@@ -95,20 +95,11 @@ void runChildWhenAsked()
 }
 Q_COREAPP_STARTUP_FUNCTION(runChildWhenAsked)
 
-struct Nobody
+// The user nobody and his group.
+std::pair<uid_t, gid_t> nobody()
 {
-    uid_t uid = 65534;
-    gid_t gid = 65534;
-};
-
-Nobody nobody()
-{
-    Nobody who;
-    if (const passwd *entry = getpwnam("nobody")) {
-        who.uid = entry->pw_uid;
-        who.gid = entry->pw_gid;
-    }
-    return who;
+    const passwd *entry = getpwnam("nobody");
+    return entry ? std::pair(entry->pw_uid, entry->pw_gid) : std::pair<uid_t, gid_t>(65534, 65534);
 }
 
 bool runningAsRoot()
@@ -121,8 +112,8 @@ void giveToNobody(const QString &path)
 {
     if (!runningAsRoot())
         return;
-    const Nobody who = nobody();
-    QVERIFY(lchown(QFile::encodeName(path).constData(), who.uid, who.gid) == 0);
+    const auto [uid, gid] = nobody();
+    QVERIFY(lchown(QFile::encodeName(path).constData(), uid, gid) == 0);
     if (QFileInfo(path).isDir() && !QFileInfo(path).isSymLink()) {
         for (const QString &name : QDir(path).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden))
             giveToNobody(path + u'/' + name);
@@ -141,7 +132,7 @@ struct Outcome
 QProcess *startChild(const QStringList &args, rlim_t sizeLimit = 0, bool otherUser = false)
 {
     auto *child = new QProcess;
-    const Nobody who = nobody();
+    const auto [uid, gid] = nobody();
     const bool dropToNobody = otherUser && runningAsRoot();
     child->setChildProcessModifier([=] {
         std::signal(SIGXFSZ, SIG_IGN);
@@ -149,7 +140,7 @@ QProcess *startChild(const QStringList &args, rlim_t sizeLimit = 0, bool otherUs
             rlimit limit { sizeLimit, sizeLimit };
             setrlimit(RLIMIT_FSIZE, &limit);
         }
-        if (dropToNobody && (setgroups(0, nullptr) != 0 || setgid(who.gid) != 0 || setuid(who.uid) != 0))
+        if (dropToNobody && (setgroups(0, nullptr) != 0 || setgid(gid) != 0 || setuid(uid) != 0))
             _exit(cannotDropToNobody);
     });
     child->start(QCoreApplication::applicationFilePath(), QStringList { QStringLiteral("--child") } + args);
