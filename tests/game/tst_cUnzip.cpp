@@ -306,8 +306,8 @@ private Q_SLOTS:
             { "..|up.cfg", "maps\\..\\..|up2.cfg", "ok\\..|in.cfg" }, {}, 3);
         row("absolute names", zipBytes(named({ "/etc/passwd", "//server/share/x" })),
             { "/etc|passwd", "/\\server\\share|x" }, {}, 2);
-        row("backslashes", zipBytes(named({ "..\\..\\evil.cfg", "maps\\ok.cfg" })),
-            { "..\\..|evil.cfg", "maps|ok.cfg" }, { "maps/ok.cfg" }, 1);
+        row("backslashes", zipBytes(named({ "..\\..\\evil.cfg", "maps\\ok.cfg", "\\root.cfg" })),
+            { "..\\..|evil.cfg", "maps|ok.cfg", "|root.cfg" }, { "maps/ok.cfg" }, 2);
         row("drive letters", zipBytes(named({ "C:\\evil.cfg", "c:evil2.cfg", "d:/evil3.cfg" })),
             { "C:|evil.cfg", "|c:evil2.cfg", "d:|evil3.cfg" }, {}, 3);
         // libzip reads a NUL byte in a name as a blank.
