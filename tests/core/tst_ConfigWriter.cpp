@@ -72,6 +72,7 @@ private Q_SLOTS:
                 QVERIFY2(lines[1 + bindLines + i].startsWith("seta " + firstSettings[i] + " \""),
                     qPrintable(lines[1 + bindLines + i]));
         }
+        QVERIFY(!WriteCfgFile(doc, dir.filePath("missing/part"), FileScope::Renderer)); // no reason asked for
     }
 
     // Partial files are named on the command line: by name in any case, or by number.
