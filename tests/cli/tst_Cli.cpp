@@ -47,7 +47,6 @@ private Q_SLOTS:
         script("script: setvar, a name with a blank", "setvar \"a b\" 1", 2,
             "tarnwick-cli: line 1: \"a b\" can't be a variable's name: a name is one word, without blanks, double "
             "quotes, semicolons or \"//\".");
-        script("script: setvar, a value with a comment", "setvar foo a//b", 2);
         script("script: unsetvar, a setting", "unsetvar cg_fov", 2);
         script("script: unsetvar, no such line", "unsetvar foo", 1,
             "tarnwick-cli: line 1: No line of the configuration sets \"foo\".");
