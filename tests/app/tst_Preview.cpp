@@ -180,8 +180,6 @@ private Q_SLOTS:
         QTest::addColumn<QPoint>("place"); // in the second; (-1, -1): anywhere on a screen
         QTest::newRow("open, moved") << QByteArray("pv_open=1\r\npv_wx=1500\r\npv_wy=1200") << "move" << true
                                      << QPoint(120, 90);
-        QTest::newRow("open, left alone")
-            << QByteArray("pv_open=1\r\npv_wx=1500\r\npv_wy=1200") << "" << true << QPoint(100, 80);
         QTest::newRow("closed with the close box") << QByteArray("pv_open=1") << "close" << false << QPoint(240, 240);
         QTest::newRow("closed, off every screen")
             << QByteArray("pv_open=0\r\npv_wx=-150000\r\npv_wy=-150000") << "" << false << QPoint(-1, -1);
