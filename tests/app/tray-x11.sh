@@ -39,7 +39,8 @@ until_true()
 }
 
 export DISPLAY=":$((200 + RANDOM % 500))"
-Xvfb "$DISPLAY" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+# -noreset: otherwise the server starts afresh when xdpyinfo leaves, and turns away whoever connects then.
+Xvfb "$DISPLAY" -screen 0 1024x768x24 -nolisten tcp -noreset >/dev/null 2>&1 &
 pids+=($!)
 until_true xdpyinfo >/dev/null 2>&1 || fail "no X server on $DISPLAY"
 openbox >/dev/null 2>&1 &
