@@ -3,10 +3,13 @@
 #include "Twips.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
 #include <QScreen>
+#include <QTimer>
+#include <QWindow>
 
 namespace {
 
@@ -63,6 +66,21 @@ QString frmLoad::message(bool loadingConfiguration)
         : QStringLiteral("Please wait while Tarnwick loads.\nThis might take some time so be patient.");
 }
 
+void frmLoad::showOnScreen()
+{
+    show();
+    raise();
+    // Until the window manager has put it on the screen. Hidden again before that, the splash still came up
+    // afterwards and took the keyboard: the keys then went to it, hidden, rather than to the main window.
+    QTimer wake; // the wait below looks at the clock at least this often
+    wake.start(20);
+    QElapsedTimer waited;
+    waited.start();
+    do
+        QApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
+    while (!windowHandle()->isExposed() && !waited.hasExpired(2000));
+}
+
 QString frmLoad::text() const
 {
     return m_text->text();
@@ -73,9 +91,7 @@ void frmLoad::showStartUp()
     m_text->setText(message(false));
     if (const QScreen *screen = this->screen())
         move(screen->availableGeometry().center() - rect().center());
-    show();
-    raise();
-    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    showOnScreen();
 }
 
 void frmLoad::runModal(bool loadingConfiguration, const std::function<void()> &work)
@@ -86,9 +102,7 @@ void frmLoad::runModal(bool loadingConfiguration, const std::function<void()> &w
     // No event loop of its own: the window blocks the others while it shows, its text is painted once,
     // and the work holds the window thread until it is done.
     setWindowModality(Qt::ApplicationModal);
-    show();
-    raise();
-    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    showOnScreen();
     work();
     hide();
 }

@@ -27,5 +27,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
+    void showOnScreen();
+
     QLabel *m_text;
 };
