@@ -26,12 +26,14 @@
 #include "frmPreview.h"
 #include "frmSysTray.h"
 
+#include <QApplication>
 #include <QButtonGroup>
 #include <QCloseEvent>
 #include <QDialog>
 #include <QEvent>
 #include <QLabel>
 #include <QStatusBar>
+#include <QTimer>
 #include <QWindow>
 
 namespace {
@@ -415,7 +417,20 @@ int frmMain::ShowForm(QWidget *form, bool modal)
             result = dialog->exec();
     }
     m_gate.setActiveDialogWindow(this);
+    takeKeyboardBackLater();
     return result;
+}
+
+void frmMain::takeKeyboardBackLater()
+{
+    // A closed modal form gives the keyboard back to this window, as on Windows. An X window manager decides that
+    // itself, and one that saw a load's splash and then the dialog that asked for the load go at once gave it to
+    // no window; so a moment later, when no shown window of the program has it, this one takes it.
+    QTimer::singleShot(200, this, [this] {
+        const QWidget *active = QApplication::activeWindow();
+        if ((!active || !active->isVisible()) && isVisible() && !isMinimized() && !QApplication::activeModalWidget())
+            activateWindow();
+    });
 }
 
 void frmMain::setAlwaysOnTop(bool on)

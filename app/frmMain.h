@@ -104,6 +104,7 @@ private:
     void askClientPassword();
     void chooseModel();
     void refuseClose(QCloseEvent *event);
+    void takeKeyboardBackLater();
 
     CommandGate m_gate;
     ConfigDocument m_document;

@@ -128,6 +128,24 @@ private Q_SLOTS:
         QVERIFY(!m_window->document().isModified()); // the password is no setting of the file
     }
 
+    void closedModalFormGivesTheKeyboardBack()
+    {
+        // Whatever window had the keyboard went with the dialog, as when a window manager gives it to none: the
+        // main window takes it back a moment later.
+        QDialog dialog(m_window);
+        whenModal(this, [](QWidget *modal) {
+            auto *elsewhere = new QWidget(nullptr, Qt::Tool);
+            elsewhere->setAttribute(Qt::WA_DeleteOnClose);
+            elsewhere->show();
+            elsewhere->activateWindow();
+            QTRY_COMPARE(QApplication::activeWindow(), elsewhere);
+            static_cast<QDialog *>(modal)->reject();
+            elsewhere->close();
+        });
+        m_window->ShowForm(&dialog, true);
+        QTRY_COMPARE(QApplication::activeWindow(), m_window);
+    }
+
     void editsMarkModified()
     {
         // Every kind of control writes into its own row, and marks the document modified.
