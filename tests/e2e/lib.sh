@@ -26,12 +26,17 @@
 set -euo pipefail
 
 readonly E2E_SKIP=77
-for tool in Xvfb xdotool openbox xprop xdpyinfo xwininfo import; do
-    if ! command -v "$tool" >/dev/null 2>&1; then
-        echo "SKIP: $tool is not installed (scripts/test installs it)"
-        exit "$E2E_SKIP"
-    fi
-done
+needs()
+{
+    local tool
+    for tool; do
+        if ! command -v "$tool" >/dev/null 2>&1; then
+            echo "SKIP: $tool is not installed (scripts/test installs it)"
+            exit "$E2E_SKIP"
+        fi
+    done
+}
+needs Xvfb xdotool openbox xprop xdpyinfo xwininfo import
 
 scenario="$(basename "$0" .sh)"
 out="$E2E_OUT/$scenario"
@@ -109,6 +114,7 @@ start_x()
                 pids+=($!)
                 until_true wm_running || fail "openbox did not start"
                 if [[ "${1:-}" == --tray ]]; then
+                    needs trayer
                     trayer --edge top --align right --widthtype pixel --width 120 --height 28 --transparent false \
                         >/dev/null 2>&1 &
                     pids+=($!)
