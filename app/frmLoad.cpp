@@ -72,13 +72,13 @@ void frmLoad::showOnScreen()
     raise();
     // Until the window manager has put it on the screen. Hidden again before that, the splash still came up
     // afterwards and took the keyboard: the keys then went to it, hidden, rather than to the main window.
+    QApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     QTimer wake; // the wait below looks at the clock at least this often
     wake.start(20);
     QElapsedTimer waited;
     waited.start();
-    do
+    while (!windowHandle()->isExposed() && !waited.hasExpired(2000))
         QApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents);
-    while (!windowHandle()->isExposed() && !waited.hasExpired(2000));
 }
 
 QString frmLoad::text() const
