@@ -11,7 +11,7 @@ cp "$E2E_DATA/configs/22-bhayes-q3config.cfg" "$work/original.cfg"
 cfg="$work/home/q3config.cfg"
 cp "$work/original.cfg" "$cfg"
 start_tarnwick "$cfg"
-wait_main
+wait_main '^q3config\.cfg - Tarnwick$'
 
 step "Renderer page: light flares on, the gamma slider by the keyboard, the darkest shadows, a wider view"
 locate btnMain_3 chkFlares:box sldGamma cbShadows txtFOV

@@ -10,7 +10,7 @@ cp "$E2E_DATA/configs/42-xaionaro-spectrum1.cfg" "$work/original.cfg"
 cfg="$work/home/q3config.cfg"
 cp "$work/original.cfg" "$cfg"
 start_tarnwick "$cfg"
-wait_main
+wait_main '^q3config\.cfg - Tarnwick$'
 boxes=(chkFPS:box chkTimer:box chkLAG:box chkWModel:box)
 locate btnMain_5 "${boxes[@]}"
 click btnMain_5

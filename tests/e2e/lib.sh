@@ -15,12 +15,13 @@
 #   start_x [--tray]           an X server with openbox (and trayer) on a display nobody uses
 #   make_program               the program folder, settings naming the game folder $work/game, the home
 #   tarnwick ARGS...           runs the program in the home folder, as the player starts it
-#   start_tarnwick ARGS...     starts the program in the background; wait_main then finds its window ($main)
+#   start_tarnwick ARGS...     starts the program in the background
 #   locate [--search ID] NAME...  where each control is in the main window (the search dialog ID):
 #                              at[NAME]="X Y" in that window (see locate.cpp)
 #   click NAME [BUTTON]        clicks a located control
 #   wait_window REGEX          waits for a visible window whose title matches; its id in $found
-#   wait_active ID             waits until ID has the keyboard
+#   wait_active ID             waits until ID has the keyboard, and keeps it
+#   wait_main [REGEX]          waits for the main window ($main) with that title, and the keyboard in it
 #   has_ended PID              whether a process started here has ended
 #   pixels NAME                a checksum of the few pixels around a located point, as the screen shows them
 set -euo pipefail
@@ -178,20 +179,32 @@ geometry()
         /Width:/ { print "WIDTH=" $2 } /Height:/ { print "HEIGHT=" $2 }')"
 }
 
+# Whether ID is the window manager's active window and holds the X server's keyboard focus.
 is_active()
 {
-    [[ "$(xdotool getactivewindow 2>/dev/null)" == "$1" ]]
+    [[ "$(xdotool getactivewindow 2>/dev/null)" == "$1" && "$(xdotool getwindowfocus 2>/dev/null)" == "$1" ]]
 }
 
+# Until ID has the keyboard and still has it a moment later: a window that comes and goes (the splash of a
+# load) can take it between two looks.
 wait_active()
 {
-    until_true is_active "$1" || fail "window $1 never got the keyboard"
+    local held=0 deadline=$((SECONDS + ${E2E_WAIT:-20}))
+    while ((held < 5)); do
+        if is_active "$1"; then
+            held=$((held + 1))
+        else
+            held=0
+        fi
+        ((SECONDS < deadline)) || fail "window $1 never kept the keyboard"
+        sleep 0.1
+    done
 }
 
-# The main window, once it shows and has the keyboard.
+# The main window, once its title matches REGEX (any file: " - Tarnwick$") and it has the keyboard.
 wait_main()
 {
-    wait_window ' - Tarnwick$'
+    wait_window "${1:- - Tarnwick$}"
     main="$found"
     wait_active "$main"
 }

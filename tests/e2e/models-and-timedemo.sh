@@ -26,7 +26,7 @@ cp "$E2E_DATA/configs/22-bhayes-q3config.cfg" "$work/original.cfg"
 cfg="$work/home/q3config.cfg"
 cp "$work/original.cfg" "$cfg"
 start_tarnwick "$cfg"
-wait_main
+wait_main '^q3config\.cfg - Tarnwick$'
 
 step "Client page, Player Model: Beret in its first skin"
 # The browser lists the models and skins by their labels; the setting is the model/skin in lower case.

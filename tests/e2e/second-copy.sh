@@ -9,8 +9,7 @@ cp "$E2E_DATA/configs/22-bhayes-q3config.cfg" "$work/home/first.cfg"
 cp "$E2E_DATA/configs/40-xaionaro-seed-cp1252.cfg" "$work/original.cfg"
 cp "$work/original.cfg" "$work/home/second.cfg"
 start_tarnwick "$work/home/first.cfg"
-wait_main
-[[ "$(xdotool getwindowname "$main")" == "first.cfg - Tarnwick" ]] || fail "the first file is not open"
+wait_main '^first\.cfg - Tarnwick$'
 
 step "a second copy with another file ends at once"
 tarnwick "$work/home/second.cfg" >>"$work/log" 2>&1 &
