@@ -1,13 +1,13 @@
 #include "ImageList.h"
 
-#include <QApplication>
+#include "SizedIconEngine.h"
+
+#include <QCoreApplication>
 #include <QHash>
 #include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPainterPathStroker>
-#include <QStyle>
-#include <QStyleOption>
 
 #include <cmath>
 #include <initializer_list>
@@ -376,46 +376,12 @@ const Picture *find(const QString &key)
 
 // Our own drawing as an icon: each size is drawn when first asked for (a menu's pictures when the menu first
 // opens), not every size of every picture at start.
-class DrawnIconEngine : public QIconEngine
+class DrawnIconEngine : public SizedIconEngine
 {
 public:
     explicit DrawnIconEngine(QString key)
         : m_key(std::move(key))
     { }
-
-    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
-    {
-        Q_UNUSED(state);
-        const int side = qMin(size.width(), size.height());
-        const quint64 cacheKey = quint64(side) << 8 | quint64(mode);
-        if (const auto cached = m_pixmaps.constFind(cacheKey); cached != m_pixmaps.cend())
-            return *cached;
-        QPixmap result = ImageList::drawn(m_key, side);
-        if (mode == QIcon::Disabled || mode == QIcon::Selected) {
-            // Greyed or highlighted the way the style does it for any other icon.
-            if (auto *app = qobject_cast<QApplication *>(QCoreApplication::instance())) {
-                QStyleOption option;
-                option.palette = QApplication::palette();
-                result = app->style()->generatedIconPixmap(mode, result, &option);
-            }
-        }
-        m_pixmaps.insert(cacheKey, result);
-        return result;
-    }
-
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
-    {
-        const qreal ratio = painter->device() ? painter->device()->devicePixelRatioF() : 1.0;
-        QPixmap shown = pixmap(rect.size() * ratio, mode, state);
-        shown.setDevicePixelRatio(ratio);
-        painter->drawPixmap(rect, shown);
-    }
-
-    QSize actualSize(const QSize &size, QIcon::Mode, QIcon::State) override
-    {
-        const int side = qMin(size.width(), size.height());
-        return { side, side };
-    }
 
     QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
     {
@@ -424,9 +390,11 @@ public:
     QIconEngine *clone() const override { return new DrawnIconEngine(m_key); }
     QString key() const override { return QStringLiteral("TarnwickDrawn"); }
 
+protected:
+    QPixmap draw(int side) const override { return ImageList::drawn(m_key, side); }
+
 private:
     QString m_key;
-    QHash<quint64, QPixmap> m_pixmaps; // side and mode to the picture
 };
 
 // Icons built for the theme named in cachedTheme; dropped when the desktop switches themes.
