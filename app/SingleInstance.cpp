@@ -91,10 +91,11 @@ public:
             ::close(fd);
             return held ? Outcome::HeldByAnother : Outcome::Failed;
         }
-        // Whose it is, for anyone looking into the folder.
+        // Whose it is, for anyone looking into the folder: written over the last copy's number, then cut to length.
+        // Emptying the file first would free its block, which a disk mounted with discard trims while we wait.
         const QByteArray pid = QByteArray::number(qint64(::getpid())) + '\n';
-        if (::ftruncate(fd, 0) == 0) {
-            [[maybe_unused]] const ssize_t written = ::write(fd, pid.constData(), size_t(pid.size()));
+        if (::pwrite(fd, pid.constData(), size_t(pid.size()), 0) == pid.size()) {
+            [[maybe_unused]] const int cut = ::ftruncate(fd, pid.size());
         }
         taken->reset(new Lock(fd));
         return Outcome::Taken;
