@@ -358,6 +358,28 @@ constexpr quint16 flagEncrypted = 0x0001;
 constexpr quint16 methodAes = 99; // its real method sits in an extra field
 constexpr quint16 fieldUnicodePath = 0x7075;
 
+// Whether a stored name is ASCII without a NUL, eight bytes at a time: a scan checks every name of a thousand
+// archives.
+bool asciiName(const uchar *name, qsizetype size)
+{
+    constexpr quint64 ones = 0x0101010101010101, highs = 0x8080808080808080;
+    quint64 seen = 0;
+    qsizetype k = 0;
+    for (; k + 8 <= size; k += 8) {
+        quint64 word;
+        std::memcpy(&word, name + k, 8);
+        if ((word - ones) & ~word & highs) // a NUL byte among the eight
+            return false;
+        seen |= word;
+    }
+    for (; k < size; ++k) {
+        if (name[k] == 0)
+            return false;
+        seen |= name[k];
+    }
+    return (seen & highs) == 0;
+}
+
 // Whether the extra fields of an entry are well formed (each field whole, nothing left over) and hold nothing
 // that changes what the entry says: no ZIP64 sizes, no name of another encoding.
 bool plainExtraFields(const uchar *p, qsizetype size)
@@ -448,12 +470,19 @@ bool cUnzip::Directory(QString *error, const std::function<void()> &progress)
 
 namespace {
 
-// An archive opened for the directory reader. A scan opens a thousand of them, so on Unix it is a bare descriptor:
-// open, fstat, pread and close, where a QFile would stat twice and seek besides.
+// An archive opened for the directory reader, which asks it for its end and, where that does not hold it, its
+// central directory. Those are read; only a central directory too large for a copy to pay is mapped.
+constexpr qint64 firstRead = 8 * 1024; // the end first read: the end record and most archives' central directory
+constexpr qint64 readAtMost = 128 * 1024;
+
 #ifdef Q_OS_UNIX
+// A scan opens a thousand archives, so on Unix the file is a bare descriptor: open, fstat, pread and close, where a
+// QFile would stat twice and seek besides.
 class DirectoryFile
 {
 public:
+    enum Part { End, Directory };
+
     DirectoryFile() = default;
     DirectoryFile(const DirectoryFile &) = delete;
     DirectoryFile &operator=(const DirectoryFile &) = delete;
@@ -475,37 +504,39 @@ public:
         return true;
     }
     qint64 size() const { return m_size; }
-    QByteArray read(qint64 offset, qint64 length)
+    // The file's bytes from `offset` on, kept while this lives, until the same part is asked for again; null when
+    // they can't all be had.
+    const uchar *bytes(qint64 offset, qint64 length, Part part)
     {
-        QByteArray bytes(length, Qt::Uninitialized);
+        if (part == Directory && length > readAtMost) {
+            static const qint64 page = ::sysconf(_SC_PAGESIZE);
+            const qint64 start = offset - offset % page;
+            m_mappedSize = size_t(offset - start + length);
+            m_mapped = ::mmap(nullptr, m_mappedSize, PROT_READ, MAP_PRIVATE, m_fd, off_t(start));
+            if (m_mapped == MAP_FAILED) {
+                m_mapped = nullptr;
+                return nullptr;
+            }
+            return static_cast<const uchar *>(m_mapped) + (offset - start);
+        }
+        QByteArray &buffer = m_read[part];
+        buffer.resize(length);
         qint64 done = 0;
         while (done < length) {
-            const ssize_t got = ::pread(m_fd, bytes.data() + done, size_t(length - done), off_t(offset + done));
+            const ssize_t got = ::pread(m_fd, buffer.data() + done, size_t(length - done), off_t(offset + done));
             if (got < 0 && errno == EINTR)
                 continue;
             if (got <= 0)
-                break;
+                return nullptr;
             done += got;
         }
-        bytes.truncate(done);
-        return bytes;
-    }
-    // Stays mapped while this lives; one mapping at a time.
-    const uchar *map(qint64 offset, qint64 length)
-    {
-        const qint64 page = ::sysconf(_SC_PAGESIZE);
-        const qint64 start = offset - offset % page;
-        void *mapped = ::mmap(nullptr, size_t(offset - start + length), PROT_READ, MAP_PRIVATE, m_fd, off_t(start));
-        if (mapped == MAP_FAILED)
-            return nullptr;
-        m_mapped = mapped;
-        m_mappedSize = size_t(offset - start + length);
-        return static_cast<const uchar *>(mapped) + (offset - start);
+        return reinterpret_cast<const uchar *>(buffer.constData());
     }
 
 private:
     int m_fd = -1;
     qint64 m_size = 0;
+    QByteArray m_read[2];
     void *m_mapped = nullptr;
     size_t m_mappedSize = 0;
 };
@@ -513,17 +544,26 @@ private:
 class DirectoryFile
 {
 public:
+    enum Part { End, Directory };
+
     bool open(const QString &path)
     {
         m_file.setFileName(path);
         return m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
     qint64 size() const { return m_file.size(); }
-    QByteArray read(qint64 offset, qint64 length) { return m_file.seek(offset) ? m_file.read(length) : QByteArray(); }
-    const uchar *map(qint64 offset, qint64 length) { return m_file.map(offset, length); }
+    const uchar *bytes(qint64 offset, qint64 length, Part part)
+    {
+        if (part == Directory && length > readAtMost)
+            return m_file.map(offset, length);
+        QByteArray &buffer = m_read[part];
+        buffer = m_file.seek(offset) ? m_file.read(length) : QByteArray();
+        return buffer.size() == length ? reinterpret_cast<const uchar *>(buffer.constData()) : nullptr;
+    }
 
 private:
     QFile m_file;
+    QByteArray m_read[2];
 };
 #endif
 
@@ -531,7 +571,6 @@ private:
 struct PlainDirectory
 {
     DirectoryFile file;
-    QByteArray tail; // the end of the file: the end record, and the central directory when it fits
     const uchar *begin = nullptr;
     const uchar *end = nullptr;
     qsizetype count = 0;
@@ -549,27 +588,37 @@ bool openPlain(const QString &path, PlainDirectory &d)
     const qint64 fileSize = file.size();
     if (fileSize < endSize || fileSize > std::numeric_limits<quint32>::max())
         return false;
-    // The end read, not mapped: a scan opens a thousand small archives, and a mapping costs more than their bytes.
-    const qint64 tailStart = std::max<qint64>(0, fileSize - endSize - 0xffff);
-    d.tail = file.read(tailStart, fileSize - tailStart);
-    if (d.tail.size() != fileSize - tailStart)
-        return false;
-    // The end record's signature, exactly once: where there are more, libzip weighs them against each other.
-    const auto *const tail = reinterpret_cast<const uchar *>(d.tail.constData());
-    const qsizetype lastStart = d.tail.size() - endSize;
-    // Looked for by its third byte, which is rarer than its first: every header of the archive begins with "PK".
+    // The end record is nearly always the file's last 22 bytes, with the central directory just before it: the last
+    // few KiB are read first, and the whole stretch an end record's comment may span (64 KiB) only when they hold
+    // none. A large archive's end is never read whole just to find its last 22 bytes.
+    const qint64 windowStart = std::max<qint64>(0, fileSize - endSize - 0xffff);
+    qint64 tailStart = std::max(windowStart, fileSize - firstRead);
+    const uchar *tail = nullptr;
     qsizetype at = -1;
-    for (const uchar *p = tail + 2; p <= tail + lastStart + 2; ++p) {
-        p = static_cast<const uchar *>(std::memchr(p, 5, size_t(tail + lastStart + 3 - p)));
-        if (!p)
-            break;
-        if (u32(p - 2) == endSignature) {
-            if (at >= 0)
-                return false;
-            at = p - 2 - tail;
+    for (;;) {
+        tail = file.bytes(tailStart, fileSize - tailStart, DirectoryFile::End);
+        if (!tail)
+            return false;
+        // The end record's signature, once in what was read: where there are more, libzip weighs them against
+        // each other.
+        const qsizetype lastStart = fileSize - tailStart - endSize;
+        // Looked for by its third byte, which is rarer than its first: every header of the archive begins with "PK".
+        for (const uchar *p = tail + 2; p <= tail + lastStart + 2; ++p) {
+            p = static_cast<const uchar *>(std::memchr(p, 5, size_t(tail + lastStart + 3 - p)));
+            if (!p)
+                break;
+            if (u32(p - 2) == endSignature) {
+                if (at >= 0)
+                    return false;
+                at = p - 2 - tail;
+            }
         }
+        if (at >= 0 || tailStart == windowStart)
+            break;
+        tailStart = windowStart;
     }
-    if (at < 0)
+    // Where a ZIP64 locator would be must have been read, so it can be ruled out.
+    if (at < 0 || (at < 20 && tailStart > 0))
         return false;
     const qint64 end = tailStart + at;
     const uchar *const record = tail + at;
@@ -586,8 +635,7 @@ bool openPlain(const QString &path, PlainDirectory &d)
     if (directoryStart >= tailStart) {
         d.begin = record - directorySize;
     } else {
-        // A large central directory is mapped: no copy, and no fresh memory to fault in.
-        d.begin = file.map(directoryStart, directorySize);
+        d.begin = file.bytes(directoryStart, directorySize, DirectoryFile::Directory);
         if (!d.begin)
             return false;
     }
@@ -602,11 +650,8 @@ bool openPlain(const QString &path, PlainDirectory &d)
         if (u16(p + 10) == methodAes || u32(p + 20) == 0xffffffff || u32(p + 24) == 0xffffffff || u16(p + 34) != 0
             || u32(p + 42) == 0xffffffff || d.end - p - entrySize < nameSize + extraSize + commentSize)
             return false;
-        const uchar *const name = p + entrySize;
-        for (qsizetype k = 0; k < nameSize; ++k) {
-            if (name[k] == 0 || name[k] >= 0x80) // a NUL, or not ASCII: libzip's rules of encoding apply
-                return false;
-        }
+        if (!asciiName(p + entrySize, nameSize)) // a NUL, or not ASCII: libzip's rules of encoding apply
+            return false;
         if (!plainExtraFields(p + entrySize + nameSize, extraSize))
             return false;
         p += entrySize + nameSize + extraSize + commentSize;
