@@ -613,11 +613,12 @@ bool openPlain(const QString &path, PlainDirectory &d)
                 at = p - 2 - tail;
             }
         }
-        if (at >= 0 || tailStart == windowStart)
+        // The 20 bytes before the record, where a ZIP64 locator would be, must have been read too.
+        if ((at >= 0 && (at >= 20 || tailStart == 0)) || tailStart == windowStart)
             break;
+        at = -1;
         tailStart = windowStart;
     }
-    // Where a ZIP64 locator would be must have been read, so it can be ruled out.
     if (at < 0 || (at < 20 && tailStart > 0))
         return false;
     const qint64 end = tailStart + at;
