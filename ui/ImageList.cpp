@@ -397,6 +397,55 @@ private:
     QString m_key;
 };
 
+// A picture of the list as the desktop's theme shows it, or our drawing where the theme has none of its names. The
+// theme is asked when the icon is first drawn, not when it is made: a theme whose cache Qt can't use answers each
+// question by looking for the name in every one of its folders, and the menus alone hold twenty pictures.
+class ThemeOrDrawnIconEngine : public QIconEngine
+{
+public:
+    explicit ThemeOrDrawnIconEngine(QString key)
+        : m_key(std::move(key))
+    { }
+
+    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return resolved().pixmap(size, 1.0, mode, state);
+    }
+    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
+    {
+        resolved().paint(painter, rect, Qt::AlignCenter, mode, state);
+    }
+    QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
+    {
+        return resolved().actualSize(size, mode, state);
+    }
+    QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) override
+    {
+        return resolved().availableSizes(mode, state);
+    }
+    QIconEngine *clone() const override { return new ThemeOrDrawnIconEngine(*this); }
+    QString key() const override { return QStringLiteral("TarnwickThemeOrDrawn"); }
+
+private:
+    const QIcon &resolved()
+    {
+        if (m_resolved.isNull()) {
+            for (const QString &name : ImageList::themeNames(m_key)) {
+                if (QIcon::hasThemeIcon(name)) {
+                    m_resolved = QIcon::fromTheme(name);
+                    break;
+                }
+            }
+            if (m_resolved.isNull())
+                m_resolved = QIcon(new DrawnIconEngine(m_key));
+        }
+        return m_resolved;
+    }
+
+    QString m_key;
+    QIcon m_resolved;
+};
+
 // Icons built for the theme named in cachedTheme; dropped when the desktop switches themes.
 QHash<QString, QIcon> iconCache;
 QString cachedTheme;
@@ -457,15 +506,7 @@ QIcon icon(const QString &key)
     if (const auto cached = iconCache.constFind(key); cached != iconCache.cend())
         return *cached;
 
-    QIcon result;
-    for (const QString &name : themeNames(key)) {
-        if (QIcon::hasThemeIcon(name)) {
-            result = QIcon::fromTheme(name);
-            break;
-        }
-    }
-    if (result.isNull())
-        result = QIcon(new DrawnIconEngine(key));
+    const QIcon result(new ThemeOrDrawnIconEngine(key));
     iconCache.insert(key, result);
     return result;
 }
