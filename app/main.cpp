@@ -12,7 +12,10 @@
 #include "frmMain.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QIcon>
+
+#include <algorithm>
 
 #include <csignal>
 
@@ -39,8 +42,19 @@ int main(int argc, char **argv)
     qCInfo(lcShell) << "first copy";
     AppFont::install();
     QApplication::setStyle(new LazyStandardIcons);
-    // A bare X session has no icon theme of its own: the PK3 list and the menus borrow a common one.
-    QIcon::setFallbackThemeName(QStringLiteral("Adwaita"));
+    // A bare X session has no icon theme of its own (Qt names hicolor, the theme all others inherit): the PK3 list,
+    // the menus and the toolbar borrow a common one. As the theme, not only as the fallback: a name is then found
+    // in its cache at once, where hicolor first would look for it in each of hundreds of folders of the home's
+    // icons, which no cache covers.
+    const QString borrowed = QStringLiteral("Adwaita");
+    QIcon::setFallbackThemeName(borrowed);
+    if (QIcon::themeName().isEmpty() || QIcon::themeName() == u"hicolor") {
+        const QStringList places = QIcon::themeSearchPaths();
+        if (std::any_of(places.cbegin(), places.cend(), [&](const QString &place) {
+                return QFileInfo::exists(place + u'/' + borrowed + QStringLiteral("/index.theme"));
+            }))
+            QIcon::setThemeName(borrowed);
+    }
 
     frmLoad splash;
     splash.showStartUp();
