@@ -18,11 +18,16 @@ namespace {
     class PngIconEngine : public SizedIconEngine
     {
     public:
+        // What an X window carries in its icon property, drawn and sent for each window as it is created: up to
+        // 128 pixels, which is what title bars, task bars and switchers show. The 256-pixel drawing (a quarter of
+        // a megabyte) stays for whoever asks for that size.
         QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override
         {
             QList<QSize> result;
-            for (const int size : sizes)
-                result.append({ size, size });
+            for (const int size : sizes) {
+                if (size <= 128)
+                    result.append({ size, size });
+            }
             return result;
         }
         QIconEngine *clone() const override { return new PngIconEngine; }
