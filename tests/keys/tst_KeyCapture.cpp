@@ -61,12 +61,14 @@ private Q_SLOTS:
         QCOMPARE(m_dialog->result().keyName, QStringLiteral("F5"));
     }
 
-    // A button pressed and released over the dialog gives its name; elsewhere, or another button, the dialog stays.
+    // A button pressed and released over the dialog gives its name; elsewhere, or a button the game has no name
+    // for, the dialog stays.
     void mouseRelease()
     {
-        const std::tuple<Qt::MouseButton, QPoint, const char *> rows[] = { { Qt::LeftButton, { 100, 17 }, "MOUSE1" },
-            { Qt::MiddleButton, { 100, 17 }, "MOUSE3" }, { Qt::LeftButton, { 279, 17 }, "" },
-            { Qt::RightButton, { -5, 17 }, "" }, { Qt::BackButton, { 100, 17 }, "" } };
+        const std::tuple<Qt::MouseButton, QPoint, const char *> rows[]
+            = { { Qt::LeftButton, { 100, 17 }, "MOUSE1" }, { Qt::RightButton, { 100, 17 }, "MOUSE2" },
+                  { Qt::MiddleButton, { 100, 17 }, "MOUSE3" }, { Qt::LeftButton, { 279, 17 }, "" },
+                  { Qt::RightButton, { -5, 17 }, "" }, { Qt::BackButton, { 100, 17 }, "" } };
         for (const auto &[button, release, name] : rows) {
             init();
             sendMouse(QEvent::MouseButtonPress, button, QPoint(100, 17));
