@@ -62,14 +62,6 @@ private Q_SLOTS:
         }
     }
 
-    void joinArguments()
-    {
-        QCOMPARE(CommandLine::joinArguments({ "tarnwick" }), QString());
-        QCOMPARE(
-            CommandLine::joinArguments({ "tarnwick", "/home/me/my q3.cfg" }), QStringLiteral("/home/me/my q3.cfg"));
-        QCOMPARE(CommandLine::joinArguments({ "tarnwick", "my", "q3.cfg" }), QStringLiteral("my q3.cfg"));
-    }
-
 private:
     QTemporaryDir m_dir;
 };
