@@ -204,8 +204,6 @@ private Q_SLOTS:
                 continue;
             }
             QCOMPARE(window.preview().isVisible(), open);
-            QCOMPARE(
-                window.commands().menu().caption("Prev1"), open ? "Hide &Preview" : QStringLiteral("Show &Preview"));
             if (place == QPoint(-1, -1))
                 QVERIFY(QGuiApplication::screenAt(window.preview().pos()));
             else
