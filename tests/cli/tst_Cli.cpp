@@ -54,7 +54,6 @@ private Q_SLOTS:
             "tarnwick-cli: line 1: Tarnwick wasn't be able to create or/and load backup file.");
         script("script: empty", "", 0);
         row("pk3: no archive", { "pk3" }, 2);
-        row("pk3: two archives", { "pk3", "a.pk3", "b.pk3" }, 2);
         row("pk3: missing archive", { "pk3", "missing.pk3" }, 1,
             "tarnwick-cli: Can't read the archive \"missing.pk3\": No such file");
         row("check: missing file", { "check", "missing.cfg" }, 1, noBackup);

@@ -12,7 +12,7 @@ class tst_ConfigReader : public QObject
 
 private Q_SLOTS:
     // Start state: cg_fov 90, s_volume 1, r_gamma 1, sensitivity 9.0, handicap 100, rate 25000,
-    // r_texturemode GL_LINEAR_MIPMAP_NEAREST, cg_drawtimer 0, cl_maxpackets 30.
+    // r_texturemode GL_LINEAR_MIPMAP_NEAREST, cl_maxpackets 30.
     void valuesThroughRulesAndMappings_data()
     {
         QTest::addColumn<QByteArray>("line");
@@ -52,7 +52,6 @@ private Q_SLOTS:
         row("handicap clamps", "seta handicap 0", "handicap", "1");
         // Check boxes: inverted boxes keep their meaning through a read and a write.
         row("inverted box", "seta cl_nodelta 1", "cl_nodelta", "1");
-        row("box without rule clamps", "seta cg_drawtimer 5", "cg_drawtimer", "1");
         row("box upper only, negative clamps", "seta r_detailtextures -3", "r_detailtextures", "0");
         // Lists by position, item value, name and bit ranges.
         row("position list above upper", "seta r_mode 11", "r_mode", "2");
