@@ -1,5 +1,6 @@
 #include "ImageList.h"
 
+#include "DeferredIconEngine.h"
 #include "SizedIconEngine.h"
 
 #include <QCoreApplication>
@@ -400,50 +401,28 @@ private:
 // A picture of the list as the desktop's theme shows it, or our drawing where the theme has none of its names. The
 // theme is asked when the icon is first drawn, not when it is made: a theme whose cache Qt can't use answers each
 // question by looking for the name in every one of its folders, and the menus alone hold twenty pictures.
-class ThemeOrDrawnIconEngine : public QIconEngine
+class ThemeOrDrawnIconEngine : public DeferredIconEngine
 {
 public:
     explicit ThemeOrDrawnIconEngine(QString key)
         : m_key(std::move(key))
     { }
 
-    QPixmap pixmap(const QSize &size, QIcon::Mode mode, QIcon::State state) override
-    {
-        return resolved().pixmap(size, 1.0, mode, state);
-    }
-    void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
-    {
-        resolved().paint(painter, rect, Qt::AlignCenter, mode, state);
-    }
-    QSize actualSize(const QSize &size, QIcon::Mode mode, QIcon::State state) override
-    {
-        return resolved().actualSize(size, mode, state);
-    }
-    QList<QSize> availableSizes(QIcon::Mode mode, QIcon::State state) override
-    {
-        return resolved().availableSizes(mode, state);
-    }
-    QIconEngine *clone() const override { return new ThemeOrDrawnIconEngine(*this); }
+    QIconEngine *clone() const override { return new ThemeOrDrawnIconEngine(m_key); }
     QString key() const override { return QStringLiteral("TarnwickThemeOrDrawn"); }
 
-private:
-    const QIcon &resolved()
+protected:
+    QIcon resolve() const override
     {
-        if (m_resolved.isNull()) {
-            for (const QString &name : ImageList::themeNames(m_key)) {
-                if (QIcon::hasThemeIcon(name)) {
-                    m_resolved = QIcon::fromTheme(name);
-                    break;
-                }
-            }
-            if (m_resolved.isNull())
-                m_resolved = QIcon(new DrawnIconEngine(m_key));
+        for (const QString &name : ImageList::themeNames(m_key)) {
+            if (QIcon::hasThemeIcon(name))
+                return QIcon::fromTheme(name);
         }
-        return m_resolved;
+        return QIcon(new DrawnIconEngine(m_key));
     }
 
+private:
     QString m_key;
-    QIcon m_resolved;
 };
 
 // Icons built for the theme named in cachedTheme; dropped when the desktop switches themes.
